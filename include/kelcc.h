@@ -1,0 +1,142 @@
+/* libkelcce9: bit-exact image colour-conversion primitives.
+
+   Every image function reads caller-owned memory and writes caller-owned
+   memory. A pixel image is a pointer to the first pixel of the region and a
+   row step in bytes (signed; widened with its sign). Functions return a
+   KelStatus: 0 success, above 0 a warning with the work done, below 0 an
+   error with nothing written. */
+#ifndef KELCC_H
+#define KELCC_H
+
+#include <stdint.h>
+
+#if defined(__GNUC__)
+#define KELCC_API __attribute__((visibility("default")))
+#else
+#define KELCC_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ------------------------------------------------------------ sample types */
+typedef uint8_t Kel8u;
+typedef int8_t Kel8s;
+typedef uint16_t Kel16u;
+typedef int16_t Kel16s;
+typedef int32_t Kel32s;
+typedef float Kel32f;
+
+/* ------------------------------------------------------------ status codes */
+typedef int32_t KelStatus;
+enum {
+  kelStatusOk = 0,
+  kelStatusNothingDone = 1,
+  kelStatusOddSizeTrimmed = 35,
+  kelStatusBadArgument = -5,
+  kelStatusBadSize = -6,
+  kelStatusNullPointer = -8,
+  kelStatusNoMemory = -9,
+  kelStatusBadStep = -14,
+  kelStatusBadContext = -17,
+  kelStatusBadRange = -49,
+  kelStatusBadLevels = -54,
+  kelStatusBadNoise = -55
+};
+
+/* ------------------------------------------------------------ geometry */
+typedef struct {
+  int32_t width;
+  int32_t height;
+} KeliSize;
+
+typedef struct {
+  int32_t x;
+  int32_t y;
+  int32_t width;
+  int32_t height;
+} KeliRect;
+
+/* Colour pattern at the image origin of a Bayer sensor image. */
+typedef enum {
+  kelBayerBGGR = 0,
+  kelBayerRGGB = 1,
+  kelBayerGBRG = 2,
+  kelBayerGRBG = 3
+} KelBayerGrid;
+
+typedef enum {
+  kelDitherNone = 0,
+  kelDitherFloydSteinberg = 1,
+  kelDitherJarvisJudiceNinke = 2,
+  kelDitherStucki = 3,
+  kelDitherBayer = 4
+} KelDitherType;
+
+/* ------------------------------------------------------------ version */
+typedef struct {
+  int32_t major;
+  int32_t minor;
+  int32_t majorBuild;
+  int32_t build;
+  char targetCpu[4];
+  const char* Name;
+  const char* Version;
+  const char* BuildDate;
+} KelLibraryVersion;
+
+/* A pointer to one constant record, the same on every call. */
+KELCC_API const KelLibraryVersion* kelccGetLibVersion(void);
+
+/* ============================================================ RGB <-> YUV, full resolution */
+KELCC_API KelStatus keliRGBToYUV_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYUV_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYUV_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYUV_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYUV_8u_AC4P4R(const Kel8u* src, int srcStep, Kel8u* dst[4], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUVToRGB_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUVToRGB_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUVToRGB_8u_P3C3R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUVToRGB_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+
+/* ============================================================ RGB <-> YCbCr, full resolution */
+/* (lumachroma: YCbCr 4:4:4) */
+
+/* ============================================================ subsampled YUV and YCbCr */
+/* (lumachroma: 4:2:2, 4:2:0, 4:1:1) */
+
+/* ============================================================ packed 16-bit sources */
+/* (lumachroma: 555, 565, 444 sources) */
+
+/* ============================================================ 16-bit packed outputs, RGB565 */
+/* (packed) */
+
+/* ============================================================ BT.709 */
+/* (rec709) */
+
+/* ============================================================ CbYCr 4:2:2 */
+/* (cbycr) */
+
+/* ============================================================ chroma layouts */
+/* (chroma) */
+
+/* ============================================================ colour models */
+/* (colour) */
+
+/* ============================================================ tone and matrix corrections */
+/* (tone) */
+
+/* ============================================================ bit-depth reduction */
+/* (reduce) */
+
+/* ============================================================ demosaicing */
+/* (demosaic) */
+
+/* ============================================================ YCoCg lifting */
+/* (lifting) */
+
+#ifdef __cplusplus
+}
+#endif
+#endif /* KELCC_H */

@@ -1,0 +1,52 @@
+// Runtime choice of the vector path. The processor is examined once; each
+// call then picks its kernels once, before its first row.
+//
+// Per-ISA translation units (*_sse41.cpp, *_avx2.cpp, *_avx512.cpp) are
+// compiled with their own -m flags. Everything they define lives in their
+// own namespace (kel::sse41, kel::avx2, kel::avx512) or has internal linkage,
+// so that no inline function built for a wide instruction set can be folded
+// into code that runs on a narrower processor.
+#pragma once
+
+namespace kel {
+
+enum class Isa : int { Scalar = 0, SSE41 = 1, AVX2 = 2, AVX512 = 3 };
+
+// The widest path this processor runs.
+Isa cpuIsa();
+// The path calls made on this thread use: cpuIsa(), or less where a test has
+// lowered the limit.
+Isa activeIsa();
+
+// Internal interface for tests and benchmarks of the static build: limit the
+// calling thread's path (Isa::AVX512 lifts the limit). Not exported.
+void setIsaLimit(Isa limit);
+
+// Picks the entry for the active path from a table ordered scalar, SSE4.1,
+// AVX2, AVX-512; a null entry falls back to the next narrower one.
+template <class T>
+inline const T* pickIsa(const T* scalar, const T* sse41, const T* avx2 = nullptr, const T* avx512 = nullptr) {
+  const Isa isa = activeIsa();
+  if (isa >= Isa::AVX512 && avx512) return avx512;
+  if (isa >= Isa::AVX2 && avx2) return avx2;
+  if (isa >= Isa::SSE41 && sse41) return sse41;
+  return scalar;
+}
+
+// The kernels of one body for the active path, widest first: on an AVX2
+// processor the AVX2 kernel and then the SSE4.1 kernel for a block that the
+// wider one leaves; the scalar definition of the body takes the rest.
+// Each per-ISA file exports one table of kernels; `m` names the member.
+template <class K>
+struct Chain {
+  K k[2] = {nullptr, nullptr};
+};
+template <class T, class K>
+inline Chain<K> chainFor(K T::*m, const T& sse41, const T& avx2) {
+  const Isa isa = activeIsa();
+  if (isa >= Isa::AVX2) return {{avx2.*m, sse41.*m}};
+  if (isa >= Isa::SSE41) return {{sse41.*m, nullptr}};
+  return {};
+}
+
+}  // namespace kel

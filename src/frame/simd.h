@@ -1,0 +1,401 @@
+// Vector words for the per-ISA kernel files.
+//
+// A kernel file defines KEL_ISA to one of KEL_ISA_SSE41, KEL_ISA_AVX2 and
+// includes this header; it gets namespace kel::<isa> with the struct V of
+// vector words, and writes its kernels inside that namespace.
+//
+// The vector is seen as lanes of 16 bytes (1 for SSE4.1, 2 for AVX2). Shuffles,
+// packs and unpacks act within a lane, as the hardware does, and loads and
+// stores place one 16-byte block per lane with a fixed distance between the
+// blocks. A kernel therefore treats one block of 16 pixels per lane and is
+// written once for every width: the AVX2 build does two blocks a pass.
+#pragma once
+
+#include <immintrin.h>
+
+#include <cstddef>
+#include <cstdint>
+
+#include "frame/pixel3.h"
+
+#define KEL_ISA_SSE41 1
+#define KEL_ISA_AVX2 2
+
+#if !defined(KEL_ISA)
+#error "define KEL_ISA before including frame/simd.h"
+#endif
+
+#if KEL_ISA == KEL_ISA_SSE41
+#define KEL_ISA_NS sse41
+#elif KEL_ISA == KEL_ISA_AVX2
+#define KEL_ISA_NS avx2
+#endif
+
+namespace kel {
+namespace KEL_ISA_NS {
+
+#if KEL_ISA == KEL_ISA_SSE41
+struct V {
+  using v = __m128i;
+  static constexpr int kLanes = 1;
+
+  // One 16-byte block per lane, lane i at p + i * Stride.
+  template <int Stride>
+  static v load(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
+  template <int Stride>
+  static v loadA(const void* p) { return _mm_load_si128(static_cast<const __m128i*>(p)); }
+  template <int Stride>
+  static void store(void* p, v x) { _mm_storeu_si128(static_cast<__m128i*>(p), x); }
+  template <int Stride>
+  static void storeA(void* p, v x) { _mm_store_si128(static_cast<__m128i*>(p), x); }
+  template <int Stride>
+  static void stream(void* p, v x) { _mm_stream_si128(static_cast<__m128i*>(p), x); }
+  // 8 bytes per lane into the low half; store of the low half.
+  template <int Stride>
+  static v load8(const void* p) { return _mm_loadl_epi64(static_cast<const __m128i*>(p)); }
+  template <int Stride>
+  static void store8(void* p, v x) { _mm_storel_epi64(static_cast<__m128i*>(p), x); }
+  // The same 16 bytes in every lane.
+  static v bcast(const void* p16) { return _mm_loadu_si128(static_cast<const __m128i*>(p16)); }
+
+  static v zero() { return _mm_setzero_si128(); }
+  static v set8(int x) { return _mm_set1_epi8(static_cast<char>(x)); }
+  static v set16(int x) { return _mm_set1_epi16(static_cast<short>(x)); }
+  static v set32(int x) { return _mm_set1_epi32(x); }
+
+  static v or_(v a, v b) { return _mm_or_si128(a, b); }
+  static v and_(v a, v b) { return _mm_and_si128(a, b); }
+  static v andnot(v a, v b) { return _mm_andnot_si128(a, b); }
+  static v xor_(v a, v b) { return _mm_xor_si128(a, b); }
+  static v shuffle8(v a, v m) { return _mm_shuffle_epi8(a, m); }
+  static v blend8(v a, v b, v m) { return _mm_blendv_epi8(a, b, m); }
+  template <int N>
+  static v alignr(v hi, v lo) { return _mm_alignr_epi8(hi, lo, N); }
+  template <int N>
+  static v bsrli(v a) { return _mm_srli_si128(a, N); }
+  template <int N>
+  static v bslli(v a) { return _mm_slli_si128(a, N); }
+
+  static v unpacklo8(v a, v b) { return _mm_unpacklo_epi8(a, b); }
+  static v unpackhi8(v a, v b) { return _mm_unpackhi_epi8(a, b); }
+  static v unpacklo16(v a, v b) { return _mm_unpacklo_epi16(a, b); }
+  static v unpackhi16(v a, v b) { return _mm_unpackhi_epi16(a, b); }
+  static v unpacklo32(v a, v b) { return _mm_unpacklo_epi32(a, b); }
+  static v unpackhi32(v a, v b) { return _mm_unpackhi_epi32(a, b); }
+  static v unpacklo64(v a, v b) { return _mm_unpacklo_epi64(a, b); }
+  static v unpackhi64(v a, v b) { return _mm_unpackhi_epi64(a, b); }
+  static v packus16(v a, v b) { return _mm_packus_epi16(a, b); }
+  static v packs16(v a, v b) { return _mm_packs_epi16(a, b); }
+  static v packs32(v a, v b) { return _mm_packs_epi32(a, b); }
+  static v packus32(v a, v b) { return _mm_packus_epi32(a, b); }
+
+  static v add8(v a, v b) { return _mm_add_epi8(a, b); }
+  static v avg8(v a, v b) { return _mm_avg_epu8(a, b); }
+  static v add16(v a, v b) { return _mm_add_epi16(a, b); }
+  static v sub16(v a, v b) { return _mm_sub_epi16(a, b); }
+  static v adds16(v a, v b) { return _mm_adds_epi16(a, b); }
+  static v subs16(v a, v b) { return _mm_subs_epi16(a, b); }
+  static v addus16(v a, v b) { return _mm_adds_epu16(a, b); }
+  static v mulhs(v a, v b) { return _mm_mulhi_epi16(a, b); }
+  static v mulhu(v a, v b) { return _mm_mulhi_epu16(a, b); }
+  static v mulhr(v a, v b) { return _mm_mulhrs_epi16(a, b); }
+  static v mullo16(v a, v b) { return _mm_mullo_epi16(a, b); }
+  static v madd16(v a, v b) { return _mm_madd_epi16(a, b); }
+  static v min16(v a, v b) { return _mm_min_epi16(a, b); }
+  static v max16(v a, v b) { return _mm_max_epi16(a, b); }
+  static v avg16(v a, v b) { return _mm_avg_epu16(a, b); }
+  template <int N>
+  static v slli16(v a) { return _mm_slli_epi16(a, N); }
+  template <int N>
+  static v srli16(v a) { return _mm_srli_epi16(a, N); }
+  template <int N>
+  static v srai16(v a) { return _mm_srai_epi16(a, N); }
+  static v add32(v a, v b) { return _mm_add_epi32(a, b); }
+  static v sub32(v a, v b) { return _mm_sub_epi32(a, b); }
+  static v mullo32(v a, v b) { return _mm_mullo_epi32(a, b); }
+  template <int N>
+  static v slli32(v a) { return _mm_slli_epi32(a, N); }
+  template <int N>
+  static v srli32(v a) { return _mm_srli_epi32(a, N); }
+  template <int N>
+  static v srai32(v a) { return _mm_srai_epi32(a, N); }
+  static v cmpeq8(v a, v b) { return _mm_cmpeq_epi8(a, b); }
+  static v cmpgt16(v a, v b) { return _mm_cmpgt_epi16(a, b); }
+  static v cvt8to16(v a) { return _mm_cvtepu8_epi16(a); }  // low 8 bytes per lane
+};
+#elif KEL_ISA == KEL_ISA_AVX2
+struct V {
+  using v = __m256i;
+  static constexpr int kLanes = 2;
+
+  template <int Stride>
+  static v load(const void* p) {
+    const char* c = static_cast<const char*>(p);
+    if constexpr (Stride == 16) {
+      return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(c));
+    } else {
+      return _mm256_inserti128_si256(
+          _mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(c))),
+          _mm_loadu_si128(reinterpret_cast<const __m128i*>(c + Stride)), 1);
+    }
+  }
+  template <int Stride>
+  static v loadA(const void* p) {
+    if constexpr (Stride == 16) return _mm256_load_si256(static_cast<const __m256i*>(p));
+    else return load<Stride>(p);
+  }
+  template <int Stride>
+  static void store(void* p, v x) {
+    char* c = static_cast<char*>(p);
+    if constexpr (Stride == 16) {
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(c), x);
+    } else {
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(c), _mm256_castsi256_si128(x));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(c + Stride), _mm256_extracti128_si256(x, 1));
+    }
+  }
+  template <int Stride>
+  static void storeA(void* p, v x) {
+    if constexpr (Stride == 16) _mm256_store_si256(static_cast<__m256i*>(p), x);
+    else store<Stride>(p, x);
+  }
+  template <int Stride>
+  static void stream(void* p, v x) {
+    char* c = static_cast<char*>(p);
+    if constexpr (Stride == 16) {
+      if ((reinterpret_cast<uintptr_t>(c) & 31) == 0) {
+        _mm256_stream_si256(reinterpret_cast<__m256i*>(c), x);
+        return;
+      }
+    }
+    _mm_stream_si128(reinterpret_cast<__m128i*>(c), _mm256_castsi256_si128(x));
+    _mm_stream_si128(reinterpret_cast<__m128i*>(c + Stride), _mm256_extracti128_si256(x, 1));
+  }
+  template <int Stride>
+  static v load8(const void* p) {
+    const char* c = static_cast<const char*>(p);
+    return _mm256_inserti128_si256(
+        _mm256_castsi128_si256(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(c))),
+        _mm_loadl_epi64(reinterpret_cast<const __m128i*>(c + Stride)), 1);
+  }
+  template <int Stride>
+  static void store8(void* p, v x) {
+    char* c = static_cast<char*>(p);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(c), _mm256_castsi256_si128(x));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(c + Stride), _mm256_extracti128_si256(x, 1));
+  }
+  static v bcast(const void* p16) {
+    return _mm256_broadcastsi128_si256(_mm_loadu_si128(static_cast<const __m128i*>(p16)));
+  }
+
+  static v zero() { return _mm256_setzero_si256(); }
+  static v set8(int x) { return _mm256_set1_epi8(static_cast<char>(x)); }
+  static v set16(int x) { return _mm256_set1_epi16(static_cast<short>(x)); }
+  static v set32(int x) { return _mm256_set1_epi32(x); }
+
+  static v or_(v a, v b) { return _mm256_or_si256(a, b); }
+  static v and_(v a, v b) { return _mm256_and_si256(a, b); }
+  static v andnot(v a, v b) { return _mm256_andnot_si256(a, b); }
+  static v xor_(v a, v b) { return _mm256_xor_si256(a, b); }
+  static v shuffle8(v a, v m) { return _mm256_shuffle_epi8(a, m); }
+  static v blend8(v a, v b, v m) { return _mm256_blendv_epi8(a, b, m); }
+  template <int N>
+  static v alignr(v hi, v lo) { return _mm256_alignr_epi8(hi, lo, N); }
+  template <int N>
+  static v bsrli(v a) { return _mm256_bsrli_epi128(a, N); }
+  template <int N>
+  static v bslli(v a) { return _mm256_bslli_epi128(a, N); }
+
+  static v unpacklo8(v a, v b) { return _mm256_unpacklo_epi8(a, b); }
+  static v unpackhi8(v a, v b) { return _mm256_unpackhi_epi8(a, b); }
+  static v unpacklo16(v a, v b) { return _mm256_unpacklo_epi16(a, b); }
+  static v unpackhi16(v a, v b) { return _mm256_unpackhi_epi16(a, b); }
+  static v unpacklo32(v a, v b) { return _mm256_unpacklo_epi32(a, b); }
+  static v unpackhi32(v a, v b) { return _mm256_unpackhi_epi32(a, b); }
+  static v unpacklo64(v a, v b) { return _mm256_unpacklo_epi64(a, b); }
+  static v unpackhi64(v a, v b) { return _mm256_unpackhi_epi64(a, b); }
+  static v packus16(v a, v b) { return _mm256_packus_epi16(a, b); }
+  static v packs16(v a, v b) { return _mm256_packs_epi16(a, b); }
+  static v packs32(v a, v b) { return _mm256_packs_epi32(a, b); }
+  static v packus32(v a, v b) { return _mm256_packus_epi32(a, b); }
+
+  static v add8(v a, v b) { return _mm256_add_epi8(a, b); }
+  static v avg8(v a, v b) { return _mm256_avg_epu8(a, b); }
+  static v add16(v a, v b) { return _mm256_add_epi16(a, b); }
+  static v sub16(v a, v b) { return _mm256_sub_epi16(a, b); }
+  static v adds16(v a, v b) { return _mm256_adds_epi16(a, b); }
+  static v subs16(v a, v b) { return _mm256_subs_epi16(a, b); }
+  static v addus16(v a, v b) { return _mm256_adds_epu16(a, b); }
+  static v mulhs(v a, v b) { return _mm256_mulhi_epi16(a, b); }
+  static v mulhu(v a, v b) { return _mm256_mulhi_epu16(a, b); }
+  static v mulhr(v a, v b) { return _mm256_mulhrs_epi16(a, b); }
+  static v mullo16(v a, v b) { return _mm256_mullo_epi16(a, b); }
+  static v madd16(v a, v b) { return _mm256_madd_epi16(a, b); }
+  static v min16(v a, v b) { return _mm256_min_epi16(a, b); }
+  static v max16(v a, v b) { return _mm256_max_epi16(a, b); }
+  static v avg16(v a, v b) { return _mm256_avg_epu16(a, b); }
+  template <int N>
+  static v slli16(v a) { return _mm256_slli_epi16(a, N); }
+  template <int N>
+  static v srli16(v a) { return _mm256_srli_epi16(a, N); }
+  template <int N>
+  static v srai16(v a) { return _mm256_srai_epi16(a, N); }
+  static v add32(v a, v b) { return _mm256_add_epi32(a, b); }
+  static v sub32(v a, v b) { return _mm256_sub_epi32(a, b); }
+  static v mullo32(v a, v b) { return _mm256_mullo_epi32(a, b); }
+  template <int N>
+  static v slli32(v a) { return _mm256_slli_epi32(a, N); }
+  template <int N>
+  static v srli32(v a) { return _mm256_srli_epi32(a, N); }
+  template <int N>
+  static v srai32(v a) { return _mm256_srai_epi32(a, N); }
+  static v cmpeq8(v a, v b) { return _mm256_cmpeq_epi8(a, b); }
+  static v cmpgt16(v a, v b) { return _mm256_cmpgt_epi16(a, b); }
+};
+#endif
+
+// ---- in-lane byte masks built at compile time -----------------------------
+struct Mask16 {
+  alignas(16) int8_t b[16];
+};
+
+// Gather channel `ch` of 3-byte pixels out of input block k (bytes 16k..16k+15
+// of a 48-byte group of 16 pixels); other places 0x80 (zero).
+constexpr Mask16 maskC3Gather(int ch, int k) {
+  Mask16 m{};
+  for (int i = 0; i < 16; ++i) {
+    const int src = 3 * i + ch;
+    m.b[i] = (src / 16 == k) ? static_cast<int8_t>(src % 16) : static_cast<int8_t>(-128);
+  }
+  return m;
+}
+// Scatter pixel samples of channel `ch` into output block k of a 48-byte group.
+constexpr Mask16 maskC3Scatter(int ch, int k) {
+  Mask16 m{};
+  for (int j = 0; j < 16; ++j) {
+    const int g = 16 * k + j;
+    m.b[j] = (g % 3 == ch) ? static_cast<int8_t>(g / 3) : static_cast<int8_t>(-128);
+  }
+  return m;
+}
+// Within a 4-byte-pixel block of 4 pixels: gather to r0..r3 g0..g3 b0..b3 a0..a3.
+constexpr Mask16 maskC4Planar() {
+  Mask16 m{};
+  for (int c = 0; c < 4; ++c)
+    for (int p = 0; p < 4; ++p) m.b[4 * c + p] = static_cast<int8_t>(4 * p + c);
+  return m;
+}
+
+template <const Mask16& M>
+inline V::v mask() {
+  return V::bcast(M.b);
+}
+
+// ---- interleaved layouts, 16 pixels per lane ---------------------------------
+// C3: three interleaved bytes per pixel, 48 bytes per block.
+inline constexpr Mask16 kC3G[3][3] = {
+    {maskC3Gather(0, 0), maskC3Gather(0, 1), maskC3Gather(0, 2)},
+    {maskC3Gather(1, 0), maskC3Gather(1, 1), maskC3Gather(1, 2)},
+    {maskC3Gather(2, 0), maskC3Gather(2, 1), maskC3Gather(2, 2)}};
+inline constexpr Mask16 kC3S[3][3] = {
+    {maskC3Scatter(0, 0), maskC3Scatter(0, 1), maskC3Scatter(0, 2)},
+    {maskC3Scatter(1, 0), maskC3Scatter(1, 1), maskC3Scatter(1, 2)},
+    {maskC3Scatter(2, 0), maskC3Scatter(2, 1), maskC3Scatter(2, 2)}};
+inline constexpr Mask16 kC4P = maskC4Planar();
+
+// Loads 16 * kLanes pixels of 3 bytes: c0, c1, c2 hold the three channels.
+inline void loadC3(const uint8_t* p, V::v& c0, V::v& c1, V::v& c2) {
+  const V::v a = V::load<48>(p), b = V::load<48>(p + 16), c = V::load<48>(p + 32);
+  V::v out[3];
+  for (int ch = 0; ch < 3; ++ch)
+    out[ch] = V::or_(V::or_(V::shuffle8(a, V::bcast(kC3G[ch][0].b)), V::shuffle8(b, V::bcast(kC3G[ch][1].b))),
+                     V::shuffle8(c, V::bcast(kC3G[ch][2].b)));
+  c0 = out[0];
+  c1 = out[1];
+  c2 = out[2];
+}
+inline void storeC3(uint8_t* p, V::v c0, V::v c1, V::v c2) {
+  for (int k = 0; k < 3; ++k) {
+    const V::v o = V::or_(V::or_(V::shuffle8(c0, V::bcast(kC3S[0][k].b)), V::shuffle8(c1, V::bcast(kC3S[1][k].b))),
+                          V::shuffle8(c2, V::bcast(kC3S[2][k].b)));
+    V::store<48>(p + 16 * k, o);
+  }
+}
+// Loads 16 * kLanes pixels of 4 bytes (64 bytes per block).
+inline void loadC4(const uint8_t* p, V::v& c0, V::v& c1, V::v& c2, V::v& c3) {
+  const V::v m = V::bcast(kC4P.b);
+  const V::v a = V::shuffle8(V::load<64>(p), m), b = V::shuffle8(V::load<64>(p + 16), m);
+  const V::v c = V::shuffle8(V::load<64>(p + 32), m), d = V::shuffle8(V::load<64>(p + 48), m);
+  const V::v ab0 = V::unpacklo32(a, b), ab1 = V::unpackhi32(a, b);  // r r g g | b b a a
+  const V::v cd0 = V::unpacklo32(c, d), cd1 = V::unpackhi32(c, d);
+  c0 = V::unpacklo64(ab0, cd0);
+  c1 = V::unpackhi64(ab0, cd0);
+  c2 = V::unpacklo64(ab1, cd1);
+  c3 = V::unpackhi64(ab1, cd1);
+}
+inline void storeC4(uint8_t* p, V::v c0, V::v c1, V::v c2, V::v c3) {
+  const V::v t0 = V::unpacklo8(c0, c1), t1 = V::unpackhi8(c0, c1);  // c0 c1 pairs
+  const V::v t2 = V::unpacklo8(c2, c3), t3 = V::unpackhi8(c2, c3);
+  V::store<64>(p, V::unpacklo16(t0, t2));
+  V::store<64>(p + 16, V::unpackhi16(t0, t2));
+  V::store<64>(p + 32, V::unpacklo16(t1, t3));
+  V::store<64>(p + 48, V::unpackhi16(t1, t3));
+}
+
+// Widening of 16 bytes per lane into two vectors of 16-bit values, and the
+// same with the byte in the high half (x << 8).
+inline void widen(V::v x, V::v& lo, V::v& hi) {
+  lo = V::unpacklo8(x, V::zero());
+  hi = V::unpackhi8(x, V::zero());
+}
+inline void widenHigh(V::v x, V::v& lo, V::v& hi) {
+  lo = V::unpacklo8(V::zero(), x);
+  hi = V::unpackhi8(V::zero(), x);
+}
+
+// ---- three-channel rows (see frame/pixel3.h) ---------------------------------
+template <Lay L>
+inline void load3(const Row3& io, int x, V::v& a, V::v& b, V::v& c) {
+  if constexpr (L == Lay::C3) {
+    loadC3(io.s[0] + 3 * x, a, b, c);
+  } else if constexpr (L == Lay::AC4) {
+    V::v alpha;
+    loadC4(io.s[0] + 4 * x, a, b, c, alpha);
+  } else {
+    a = V::load<16>(io.s[0] + x), b = V::load<16>(io.s[1] + x), c = V::load<16>(io.s[2] + x);
+  }
+}
+template <Lay L>
+inline void store3(const Row3& io, int x, V::v a, V::v b, V::v c) {
+  if constexpr (L == Lay::C3) {
+    storeC3(io.d[0] + 3 * x, a, b, c);
+  } else if constexpr (L == Lay::AC4) {
+    // The destination's fourth byte stays: read it back and write it again.
+    V::v o0, o1, o2, alpha;
+    loadC4(io.d[0] + 4 * x, o0, o1, o2, alpha);
+    storeC4(io.d[0] + 4 * x, a, b, c, alpha);
+  } else {
+    V::store<16>(io.d[0] + x, a), V::store<16>(io.d[1] + x, b), V::store<16>(io.d[2] + x, c);
+    if constexpr (L == Lay::P4A) {
+      V::v s0, s1, s2, alpha;
+      loadC4(io.s[0] + 4 * x, s0, s1, s2, alpha);
+      V::store<16>(io.d[3] + x, alpha);
+    }
+  }
+}
+// The vector kernel of a three-channel body: F::vec(a, b, c, x, y, z) maps
+// 16 pixels per lane of 8-bit samples.
+template <Lay In, Lay Out, class F>
+int kern3(const Row3& io, int x, int n) {
+  constexpr int kBlock = 16 * V::kLanes;
+  for (; x + kBlock <= n; x += kBlock) {
+    V::v a, b, c, o0, o1, o2;
+    load3<In>(io, x, a, b, c);
+    F::vec(a, b, c, o0, o1, o2);
+    store3<Out>(io, x, o0, o1, o2);
+  }
+  return x;
+}
+
+}  // namespace KEL_ISA_NS
+}  // namespace kel

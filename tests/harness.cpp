@@ -1,0 +1,318 @@
+#include "harness.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace kt {
+
+Geom full(int bpp) {
+  return [bpp](KeliSize r) { return PlaneDim{r.width * bpp, r.height}; };
+}
+Geom sub(int bpp, int xs, int ys) {
+  return [=](KeliSize r) { return PlaneDim{(r.width >> xs) * bpp, r.height >> ys}; };
+}
+Geom ceilHalfW(int bpp) {
+  return [bpp](KeliSize r) { return PlaneDim{((r.width + 1) >> 1) * bpp, r.height}; };
+}
+
+KelStatus status420(KeliSize r) { return ((r.width | r.height) & 1) ? kelStatusOddSizeTrimmed : kelStatusOk; }
+KelStatus status422(KeliSize r) { return (r.width & 1) ? kelStatusOddSizeTrimmed : kelStatusOk; }
+KelStatus status411(KeliSize r) { return (r.width & 3) ? kelStatusOddSizeTrimmed : kelStatusOk; }
+
+// ---------------------------------------------------------------- Guarded
+namespace {
+constexpr int kGuard = 64;
+}
+
+Guarded::Guarded(PlaneDim dim, int step, int align, uint32_t seed) : dim_(dim), step_(step) {
+  const int rows = std::max(dim.rows, 1);
+  const size_t span = static_cast<size_t>(std::abs(step)) * (rows - 1) + std::max(dim.rowBytes, 1);
+  buf_.resize(span + 2 * kGuard + 32);
+  // Place the region start at `align` past a 16-byte boundary.
+  const uintptr_t base = reinterpret_cast<uintptr_t>(buf_.data()) + kGuard;
+  size_t off = kGuard + ((static_cast<uintptr_t>(align) - base) & 15);
+  if (step < 0) off += static_cast<size_t>(-step) * (rows - 1);
+  roiOff_ = off;
+  roi_ = buf_.data() + off;
+  fillRandom(seed);
+}
+
+void Guarded::fillRandom(uint32_t seed) {
+  std::mt19937 g(seed);
+  for (auto& b : buf_) b = static_cast<uint8_t>(g());
+  snap_ = buf_;
+}
+void Guarded::fill(uint8_t v) {
+  for (int y = 0; y < dim_.rows; ++y)
+    for (int x = 0; x < dim_.rowBytes; ++x) at(x, y) = v;
+  snap_ = buf_;
+}
+
+bool Guarded::inRegion(size_t off) const {
+  const ptrdiff_t rel = static_cast<ptrdiff_t>(off) - static_cast<ptrdiff_t>(roiOff_);
+  for (int y = 0; y < dim_.rows; ++y) {
+    const ptrdiff_t start = static_cast<ptrdiff_t>(step_) * y;
+    if (rel >= start && rel < start + dim_.rowBytes) return true;
+  }
+  return false;
+}
+
+::testing::AssertionResult Guarded::outsideIntact() const {
+  for (size_t i = 0; i < buf_.size(); ++i)
+    if (buf_[i] != snap_[i] && !inRegion(i))
+      return ::testing::AssertionFailure() << "write outside the region at byte " << (ptrdiff_t(i) - ptrdiff_t(roiOff_))
+                                           << " from the region start (row bytes " << dim_.rowBytes << ", rows "
+                                           << dim_.rows << ", step " << step_ << ")";
+  return ::testing::AssertionSuccess();
+}
+
+::testing::AssertionResult Guarded::allIntact() const {
+  for (size_t i = 0; i < buf_.size(); ++i)
+    if (buf_[i] != snap_[i])
+      return ::testing::AssertionFailure() << "byte changed at " << (ptrdiff_t(i) - ptrdiff_t(roiOff_))
+                                           << " from the region start";
+  return ::testing::AssertionSuccess();
+}
+
+std::vector<uint8_t> Guarded::region() const {
+  std::vector<uint8_t> out;
+  for (int y = 0; y < dim_.rows; ++y) {
+    const uint8_t* p = roi_ + static_cast<ptrdiff_t>(step_) * y;
+    out.insert(out.end(), p, p + dim_.rowBytes);
+  }
+  return out;
+}
+
+// ---------------------------------------------------------------- Call
+const Kel8u* const* Call::sArr(int n, int first) {
+  const int k = nsa_++ % 2;
+  const bool arrNull = slot(sa_[k], false) == nullptr;
+  for (int i = 0; i < n; ++i) sa_[k][i] = slot(src_[first + i]->ptr(), true);
+  return arrNull ? nullptr : sa_[k];
+}
+Kel8u** Call::dArr(int n, int first) {
+  const int k = nda_++ % 2;
+  const bool arrNull = slot(da_[k], false) == nullptr;
+  for (int i = 0; i < n; ++i) da_[k][i] = slot(dst_[first + i]->ptr(), true);
+  return arrNull ? nullptr : da_[k];
+}
+const int* Call::ssArr(int n, int first) {
+  for (int i = 0; i < n; ++i) sst_[i] = src_[first + i]->step();
+  return sst_;
+}
+const int* Call::dsArr(int n, int first) {
+  for (int i = 0; i < n; ++i) dst_st_[i] = dst_[first + i]->step();
+  return dst_st_;
+}
+
+// ---------------------------------------------------------------- images
+std::vector<Guarded*> Images::srcPtrs() const {
+  std::vector<Guarded*> v;
+  for (auto& p : src) v.push_back(p.get());
+  return v;
+}
+std::vector<Guarded*> Images::dstPtrs() const {
+  std::vector<Guarded*> v;
+  for (auto& p : dst) v.push_back(p.get());
+  return v;
+}
+
+namespace {
+void makeSide(std::vector<std::unique_ptr<Guarded>>& out, const std::vector<Geom>& geoms, bool shared, KeliSize roi,
+              StepMode mode, int pad, int align, uint32_t seed) {
+  std::vector<PlaneDim> dims;
+  int widest = 0;
+  for (auto& g : geoms) {
+    dims.push_back(g(roi));
+    widest = std::max(widest, dims.back().rowBytes);
+  }
+  for (size_t i = 0; i < dims.size(); ++i) {
+    const int base = shared ? widest : dims[i].rowBytes;
+    int step = base;
+    switch (mode) {
+      case StepMode::Tight: step = base; break;
+      case StepMode::Padded: step = base + pad; break;
+      case StepMode::Negative: step = -(base + pad); break;
+      case StepMode::Zero: step = 0; break;
+    }
+    out.push_back(std::make_unique<Guarded>(dims[i], step, (align + 5 * static_cast<int>(i)) & 15,
+                                            seed + 977 * static_cast<uint32_t>(i)));
+  }
+}
+}  // namespace
+
+Images makeImages(const Member& m, KeliSize roi, StepMode mode, int align, uint32_t seed) {
+  Images im;
+  const int pad = 1 + static_cast<int>(seed % 37);
+  makeSide(im.src, m.src, m.sharedSrcStep, roi, mode, pad, align, seed);
+  makeSide(im.dst, m.dst, m.sharedDstStep, roi, mode, pad + 3, (align + 7) & 15, seed ^ 0x5bd1e995u);
+  return im;
+}
+
+Images makeImages(const Member& m, KeliSize roi, std::mt19937& rng, bool randomSteps) {
+  StepMode mode = StepMode::Padded;
+  if (randomSteps) {
+    const int pick = static_cast<int>(rng() % (m.checksSteps ? 2 : 4));
+    mode = static_cast<StepMode>(pick);
+  }
+  // Half the images start on a 16-byte boundary.
+  const int align = (rng() & 1) ? 0 : static_cast<int>(rng() % 16);
+  return makeImages(m, roi, mode, align, static_cast<uint32_t>(rng()));
+}
+
+KelStatus run(const Member& m, Images& im, KeliSize roi) {
+  Call c(im.srcPtrs(), im.dstPtrs(), roi);
+  return m.call(c);
+}
+
+std::vector<kel::Isa> paths() {
+  std::vector<kel::Isa> v{kel::Isa::Scalar};
+  for (kel::Isa i : {kel::Isa::SSE41, kel::Isa::AVX2, kel::Isa::AVX512})
+    if (kel::cpuIsa() >= i) v.push_back(i);
+  return v;
+}
+
+// ---------------------------------------------------------------- checks
+namespace {
+void snapshotAll(Images& im) {
+  for (auto& p : im.src) p->snapshot();
+  for (auto& p : im.dst) p->snapshot();
+}
+void expectNothingWritten(const Images& im, const std::string& what) {
+  for (auto& p : im.dst) EXPECT_TRUE(p->allIntact()) << what;
+  for (auto& p : im.src) EXPECT_TRUE(p->allIntact()) << what;
+}
+KeliSize randomSize(const Member& m, std::mt19937& rng, int maxW, int maxH) {
+  // Sizes near multiples of the block sizes are the telling ones.
+  int w;
+  if (rng() % 3 == 0) {
+    const int base = 16 * static_cast<int>(1 + rng() % 6);
+    w = base + static_cast<int>(rng() % 5) - 2;
+  } else {
+    w = 1 + static_cast<int>(rng() % maxW);
+  }
+  const int h = 1 + static_cast<int>(rng() % maxH);
+  return {std::max(w, m.minW), std::max(h, m.minH)};
+}
+}  // namespace
+
+void checkGuards(const Member& m, int trials, int maxW, int maxH) {
+  std::mt19937 rng(1234);
+  std::vector<KeliSize> sizes;
+  for (int w = m.minW; w < m.minW + 4; ++w) sizes.push_back({w, m.minH});
+  sizes.push_back({m.minW, m.minH + 1});
+  for (int i = 0; i < trials; ++i) sizes.push_back(randomSize(m, rng, maxW, maxH));
+  for (KeliSize roi : sizes) {
+    Images im = makeImages(m, roi, rng);
+    snapshotAll(im);
+    const KelStatus st = run(m, im, roi);
+    const std::string what = m.name + " " + std::to_string(roi.width) + "x" + std::to_string(roi.height) +
+                             " steps " + (im.dst.empty() ? std::string() : std::to_string(im.dst[0]->step()));
+    EXPECT_EQ(st, m.final(roi)) << what;
+    for (auto& p : im.dst) EXPECT_TRUE(p->outsideIntact()) << what;
+    for (auto& p : im.src) EXPECT_TRUE(p->allIntact()) << what << " (source changed)";
+  }
+}
+
+void checkErrors(const Member& m) {
+  const KeliSize good{std::max(m.minW, 4) + 1, std::max(m.minH, 4) + 1};
+  // Count the pointer slots with a dry run.
+  std::vector<bool> isElement;
+  {
+    Images im = makeImages(m, good, StepMode::Padded, 0, 7);
+    Call c(im.srcPtrs(), im.dstPtrs(), good);
+    EXPECT_EQ(m.call(c), m.final(good)) << m.name;
+    isElement = c.slotIsElement;
+  }
+  const std::vector<KeliSize> badSizes = {{0, good.height}, {good.width, 0}, {-1, good.height},
+                                          {good.width, -5}, {m.minW - 1, good.height}, {good.width, m.minH - 1},
+                                          {0, 0}};
+  auto expectStatus = [&](KeliSize roi, int nullSlot, StepMode mode, KelStatus want, const std::string& what) {
+    Images im = makeImages(m, good, mode, 3, 11);
+    snapshotAll(im);
+    Call c(im.srcPtrs(), im.dstPtrs(), roi);
+    c.nullSlot = nullSlot;
+    EXPECT_EQ(m.call(c), want) << m.name << ": " << what;
+    if (want < 0) expectNothingWritten(im, m.name + ": " + what);
+  };
+  // Null pointers alone, and with a bad size.
+  for (int s = 0; s < static_cast<int>(isElement.size()); ++s) {
+    expectStatus(good, s, StepMode::Padded, kelStatusNullPointer, "null slot " + std::to_string(s));
+    const bool sizeFirst = m.order == Order::A && isElement[s];
+    expectStatus({0, good.height}, s, StepMode::Padded, sizeFirst ? kelStatusBadSize : kelStatusNullPointer,
+                 "null slot " + std::to_string(s) + " with width 0");
+  }
+  // Bad sizes alone.
+  for (KeliSize roi : badSizes) {
+    if (roi.width >= m.minW && roi.height >= m.minH) continue;
+    const KelStatus want = m.order == Order::F ? kelStatusOk : kelStatusBadSize;
+    expectStatus(roi, -1, StepMode::Padded, want, "size " + std::to_string(roi.width) + "x" + std::to_string(roi.height));
+  }
+  // Steps below 1, alone and with a bad size.
+  if (m.checksSteps) {
+    for (StepMode mode : {StepMode::Zero, StepMode::Negative}) {
+      expectStatus(good, -1, mode, kelStatusBadStep, "step below 1");
+      expectStatus({0, good.height}, -1, mode, m.order == Order::D ? kelStatusBadStep : kelStatusBadSize,
+                   "step below 1 with width 0");
+    }
+  }
+}
+
+void checkPaths(const Member& m, int trials, int maxW, int maxH) {
+  std::mt19937 rng(99);
+  const auto ps = paths();
+  for (int i = 0; i < trials; ++i) {
+    const KeliSize roi = randomSize(m, rng, maxW, maxH);
+    const StepMode mode = (rng() & 1) ? StepMode::Padded : StepMode::Negative;
+    const int align = static_cast<int>(rng() % 16) & ~(static_cast<int>(rng() & 1) * 15);
+    const uint32_t seed = static_cast<uint32_t>(rng());
+    std::vector<std::vector<uint8_t>> ref;
+    for (kel::Isa isa : ps) {
+      Images im = makeImages(m, roi, mode, align, seed);
+      IsaScope scope(isa);
+      run(m, im, roi);
+      std::vector<std::vector<uint8_t>> out;
+      for (auto& p : im.dst) out.push_back(p->region());
+      if (isa == kel::Isa::Scalar) {
+        ref = out;
+        continue;
+      }
+      for (size_t k = 0; k < out.size(); ++k) {
+        ASSERT_EQ(out[k].size(), ref[k].size());
+        for (size_t j = 0; j < out[k].size(); ++j)
+          if (out[k][j] != ref[k][j]) {
+            const int rb = std::max(im.dst[k]->dim().rowBytes, 1);
+            FAIL() << m.name << " path " << static_cast<int>(isa) << " differs from scalar in plane " << k
+                   << " at row " << j / rb << " byte " << j % rb << ": " << int(out[k][j]) << " vs "
+                   << int(ref[k][j]) << " (size " << roi.width << "x" << roi.height << ")";
+          }
+      }
+    }
+  }
+}
+
+void checkThreads(const Member& m, std::vector<KeliSize> sizes) {
+  for (KeliSize roi : sizes) {
+    std::vector<std::vector<uint8_t>> ref;
+    for (int n = 1; n <= 4; ++n) {
+      Images im = makeImages(m, roi, StepMode::Padded, 0, 4242);
+      ThreadScope scope(n);
+      EXPECT_EQ(run(m, im, roi), m.final(roi));
+      std::vector<std::vector<uint8_t>> out;
+      for (auto& p : im.dst) out.push_back(p->region());
+      if (n == 1) ref = out;
+      else EXPECT_TRUE(out == ref) << m.name << " differs with " << n << " threads at " << roi.width << "x" << roi.height;
+    }
+  }
+}
+
+void checkAll(const std::vector<Member>& members) {
+  for (const Member& m : members) {
+    SCOPED_TRACE(m.name);
+    checkErrors(m);
+    checkGuards(m);
+    checkPaths(m);
+  }
+}
+
+}  // namespace kt

@@ -1,0 +1,180 @@
+// The guarded-buffer harness shared by every family's tests.
+//
+// A member is described once: the geometry of its source and destination
+// planes as functions of the region size, how to call it (a lambda that asks
+// the harness for each pointer and step in argument order), its order of
+// checks, its minimum size and its final status. The generic tests then run
+// it on random sizes, offsets and steps with guard zones around every
+// destination, check that sources stay unchanged and nothing outside the
+// region is written, walk every null pointer and bad size to see the order of
+// the checks with nothing written, and hold every vector path to the scalar
+// definitions at tolerance 0.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "frame/cpu.h"
+#include "kelcc.h"
+#include "kelcore.h"
+
+namespace kt {
+
+// How a plane's rows are laid out in its buffer.
+enum class StepMode { Tight, Padded, Negative, Zero };
+
+struct PlaneDim {
+  int rowBytes;  // bytes of one row of the region
+  int rows;
+};
+using Geom = std::function<PlaneDim(KeliSize)>;
+
+// Common geometries: `bpp` bytes per pixel at full size, or per chroma
+// sample of a subsampled plane (`(w >> xs)` or `(w + 1) >> 1` columns).
+Geom full(int bpp);
+Geom sub(int bpp, int xs, int ys);  // (w >> xs) * bpp by (h >> ys)
+Geom ceilHalfW(int bpp);            // ((w + 1) >> 1) * bpp by h
+
+// A plane with guard zones before, after and between its rows.
+class Guarded {
+ public:
+  // `step` is the step to use (0 and negative allowed); `align` the offset
+  // of the region's first byte from a 16-byte boundary.
+  Guarded(PlaneDim dim, int step, int align, uint32_t seed);
+  uint8_t* ptr() { return roi_; }
+  int step() const { return step_; }
+  const PlaneDim& dim() const { return dim_; }
+  void fillRandom(uint32_t seed);
+  void fill(uint8_t v);
+  // Byte x of region row y.
+  uint8_t& at(int x, int y) { return roi_[static_cast<ptrdiff_t>(step_) * y + x]; }
+  void snapshot() { snap_ = buf_; }
+  // Everything outside the region is as it was at the snapshot.
+  ::testing::AssertionResult outsideIntact() const;
+  // Everything, the region included, is as it was.
+  ::testing::AssertionResult allIntact() const;
+  // The region's bytes, row by row.
+  std::vector<uint8_t> region() const;
+
+ private:
+  bool inRegion(size_t off) const;
+  PlaneDim dim_;
+  int step_ = 0;
+  std::vector<uint8_t> buf_, snap_;
+  uint8_t* roi_ = nullptr;
+  size_t roiOff_ = 0;
+};
+
+class Call;
+using Invoke = std::function<KelStatus(Call&)>;
+
+// The order of checks of a member (see the outer functions).
+enum class Order { A, B, C, D, F };
+
+struct Member {
+  std::string name;
+  std::vector<Geom> src, dst;
+  Invoke call;
+  Order order = Order::A;
+  int minW = 1, minH = 1;
+  // The status after the work for a size that passes the checks.
+  std::function<KelStatus(KeliSize)> final = [](KeliSize) { return kelStatusOk; };
+  bool checksSteps = false;     // orders C and D
+  bool sharedSrcStep = false;   // one step serves all source planes
+  bool sharedDstStep = false;   // one step serves all destination planes
+};
+
+KelStatus status420(KeliSize r);
+KelStatus status422(KeliSize r);
+KelStatus status411(KeliSize r);
+
+// One invocation: hands out pointers and steps in argument order, and can
+// make one pointer slot null.
+class Call {
+ public:
+  Call(std::vector<Guarded*> src, std::vector<Guarded*> dst, KeliSize roi) : src_(src), dst_(dst), roi_(roi) {}
+  KeliSize roi() const { return roi_; }
+  // Pointer arguments.
+  const Kel8u* s(int i) { return slot(src_[i]->ptr(), false); }
+  Kel8u* d(int i) { return slot(dst_[i]->ptr(), false); }
+  template <class T>
+  const T* sT(int i) { return reinterpret_cast<const T*>(s(i)); }
+  template <class T>
+  T* dT(int i) { return reinterpret_cast<T*>(d(i)); }
+  // Plane-pointer arrays of n planes starting at plane `first`.
+  const Kel8u* const* sArr(int n, int first = 0);
+  Kel8u** dArr(int n, int first = 0);
+  // Steps.
+  int ss(int i) const { return src_[i]->step(); }
+  int ds(int i) const { return dst_[i]->step(); }
+  const int* ssArr(int n, int first = 0);
+  const int* dsArr(int n, int first = 0);
+
+  // Null injection: slot number `nullSlot` becomes null. Slots are counted
+  // in the order the member's lambda asks for them.
+  int nullSlot = -1;
+  int slots = 0;
+  std::vector<bool> slotIsElement;
+
+ private:
+  template <class P>
+  P slot(P p, bool element) {
+    slotIsElement.push_back(element);
+    return slots++ == nullSlot ? nullptr : p;
+  }
+  std::vector<Guarded*> src_, dst_;
+  KeliSize roi_;
+  const Kel8u* sa_[2][4] = {};
+  Kel8u* da_[2][4] = {};
+  int sst_[4] = {}, dst_st_[4] = {};
+  int nsa_ = 0, nda_ = 0;
+};
+
+// A set of planes for one call of a member.
+struct Images {
+  std::vector<std::unique_ptr<Guarded>> src, dst;
+  std::vector<Guarded*> srcPtrs() const;
+  std::vector<Guarded*> dstPtrs() const;
+};
+Images makeImages(const Member& m, KeliSize roi, std::mt19937& rng, bool randomSteps = true);
+Images makeImages(const Member& m, KeliSize roi, StepMode mode, int align, uint32_t seed);
+
+// Runs a member once on the images; returns the status.
+KelStatus run(const Member& m, Images& im, KeliSize roi);
+
+// ---- the generic checks ----------------------------------------------------
+// Random sizes (odd, even, around the block sizes), offsets and steps: the
+// status is the final status, sources unchanged, nothing outside written.
+void checkGuards(const Member& m, int trials = 60, int maxW = 300, int maxH = 9);
+// Each null pointer and each bad size, alone and together: the status is the
+// first failing check of the member's order, and nothing is written.
+void checkErrors(const Member& m);
+// Every vector path gives the bytes of the scalar definitions.
+void checkPaths(const Member& m, int trials = 40, int maxW = 300, int maxH = 5);
+// The bytes do not depend on the thread count (1 to 4).
+void checkThreads(const Member& m, std::vector<KeliSize> sizes);
+
+// Sets the calling thread's vector path for the life of the object.
+struct IsaScope {
+  explicit IsaScope(kel::Isa isa) { kel::setIsaLimit(isa); }
+  ~IsaScope() { kel::setIsaLimit(kel::Isa::AVX512); }
+};
+// The thread count for the life of the object.
+struct ThreadScope {
+  explicit ThreadScope(int n) { kelSetNumThreads(n); }
+  ~ThreadScope() { kelSetNumThreads(0); }
+};
+
+// The paths this processor can run, scalar first.
+std::vector<kel::Isa> paths();
+
+// Runs all generic checks on every member of a table.
+void checkAll(const std::vector<Member>& members);
+
+}  // namespace kt
