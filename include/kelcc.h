@@ -100,41 +100,77 @@ KELCC_API KelStatus keliYUVToRGB_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* d
 KELCC_API KelStatus keliYUVToRGB_8u_P3C3R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
 KELCC_API KelStatus keliYUVToRGB_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
 
-/* ============================================================ RGB <-> YCbCr, full resolution */
-/* (lumachroma: YCbCr 4:4:4) */
+/* ============================================================ RGB <-> YCbCr at full resolution */
+/* @section ycbcr444 */
 
-/* ============================================================ subsampled YUV and YCbCr */
-/* (lumachroma: 4:2:2, 4:2:0, 4:1:1) */
+/* ============================================================ RGB <-> subsampled YUV (4:2:2, 4:2:0; planar and packed) */
+/* @section yuv-subsampled */
 
-/* ============================================================ packed 16-bit sources */
-/* (lumachroma: 555, 565, 444 sources) */
+/* ============================================================ RGB and BGR <-> subsampled YCbCr / YCrCb */
+/* @section ycbcr-subsampled */
 
-/* ============================================================ 16-bit packed outputs, RGB565 */
-/* (packed) */
+/* ============================================================ Packed 16-bit sources (555, 565, 444) to YCbCr and YUV */
+/* @section packed-sources */
 
-/* ============================================================ BT.709 */
-/* (rec709) */
+/* ============================================================ YCbCr and YUV to 16-bit packed RGB, plain and dithered */
+/* @section packed-outputs */
 
-/* ============================================================ CbYCr 4:2:2 */
-/* (cbycr) */
+/* ============================================================ BT.709 conversions */
+/* @section rec709 */
 
-/* ============================================================ chroma layouts */
-/* (chroma) */
+/* ============================================================ CbYCr 4:2:2 pixel conversions */
+/* @section cbycr */
 
-/* ============================================================ colour models */
-/* (colour) */
+/* ============================================================ RGB565 pack and unpack */
+/* @section rgb565 */
 
-/* ============================================================ tone and matrix corrections */
-/* (tone) */
+/* ============================================================ 4:2:2, 4:2:0 and 4:1:1 layout conversions */
+/* @section layouts */
 
-/* ============================================================ bit-depth reduction */
-/* (reduce) */
+/* ============================================================ NV12, YV12, YUY2 and UYVY converters, deinterlacing */
+/* @section nv12 */
 
-/* ============================================================ demosaicing */
-/* (demosaic) */
+/* ============================================================ Interlaced-field conversions */
+/* @section interlace */
+
+/* ============================================================ Filtered chroma upsampling */
+/* @section filter */
+
+/* ============================================================ 420, 411 and 1620 plane conversions */
+/* @section planes1620 */
+
+/* ============================================================ RGB <-> XYZ, RGB <-> YCC */
+/* @section xyz-ycc */
+
+/* ============================================================ RGB and BGR <-> HLS and HSV */
+/* @section hls-hsv */
+
+/* ============================================================ RGB <-> LUV */
+/* @section luv */
+
+/* ============================================================ BGR <-> Lab */
+/* @section lab */
+
+/* ============================================================ RGB to gray */
+/* @section gray */
+
+/* ============================================================ Gamma curves */
+/* @section gamma */
+
+/* ============================================================ Colour twist */
+/* @section twist */
+
+/* ============================================================ Tone mapping */
+/* @section tonemap */
+
+/* ============================================================ Bit-depth reduction */
+/* @section reduce */
+
+/* ============================================================ Demosaicing */
+/* @section demosaic */
 
 /* ============================================================ YCoCg lifting */
-/* (lifting) */
+/* @section ycocg */
 
 #ifdef __cplusplus
 }
