@@ -1,0 +1,208 @@
+// kelcc: the library at work.
+//
+//   kelcc demo [DIR]                      convert the built-in test picture through every
+//                                         registered round trip; PNGs to DIR (default .)
+//   kelcc convert IN OUT [options]        convert between PNG/PPM pictures and raw layouts
+//       --size WxH                        size of a raw input
+//       --format F                        the raw side's format (picture <-> raw)
+//       --from F --to G                   raw to raw (a direct move where one exists)
+//   kelcc formats                         list the raw formats and direct moves
+//   kelcc version                         print the library's version record
+#include <sys/stat.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "kelcc_tool.h"
+
+using namespace tool;
+
+namespace {
+
+int usage() {
+  std::fprintf(stderr,
+               "usage: kelcc demo [DIR]\n"
+               "       kelcc convert IN OUT [--size WxH] [--format F | --from F --to G]\n"
+               "       kelcc formats\n"
+               "       kelcc version\n");
+  return 2;
+}
+
+struct Diff {
+  int maxErr = 0;
+  double psnr = 0;
+};
+Diff compare(const Image& a, const Image& b) {
+  Diff d;
+  double sse = 0;
+  for (size_t i = 0; i < a.rgb.size(); ++i) {
+    const int e = std::abs(int(a.rgb[i]) - int(b.rgb[i]));
+    d.maxErr = std::max(d.maxErr, e);
+    sse += double(e) * e;
+  }
+  const double mse = sse / std::max<size_t>(1, a.rgb.size());
+  d.psnr = mse == 0 ? INFINITY : 10 * std::log10(255.0 * 255.0 / mse);
+  return d;
+}
+
+const char* statusName(KelStatus st) {
+  switch (st) {
+    case kelStatusOk: return "ok";
+    case kelStatusOddSizeTrimmed: return "odd size trimmed";
+    case kelStatusNothingDone: return "nothing done";
+    case kelStatusBadSize: return "bad size";
+    case kelStatusNullPointer: return "null pointer";
+    case kelStatusBadStep: return "bad step";
+    default: return "error";
+  }
+}
+
+int demo(const std::string& dir) {
+  mkdir(dir.c_str(), 0755);
+  const Image pic = testPicture(640, 480);
+  if (!writePng(dir + "/original.png", pic)) {
+    std::fprintf(stderr, "kelcc: cannot write to %s\n", dir.c_str());
+    return 1;
+  }
+  const KelLibraryVersion* v = kelccGetLibVersion();
+  std::printf("%s %s; test picture %dx%d -> %s/original.png\n\n", v->Name, v->Version, pic.w, pic.h, dir.c_str());
+  std::printf("%-28s %8s %8s  %s\n", "conversion", "max err", "PSNR dB", "what");
+  int failures = 0;
+  for (const DemoStep& s : demoSteps()) {
+    Image out(pic.w, pic.h);
+    const KelStatus st = s.run(pic, out);
+    if (st < 0) {
+      std::printf("%-28s %8s %8s  %s (%s)\n", s.name.c_str(), "-", "-", s.what.c_str(), statusName(st));
+      ++failures;
+      continue;
+    }
+    writePng(dir + "/" + s.name + ".png", out);
+    if (s.compare) {
+      const Diff d = compare(pic, out);
+      std::printf("%-28s %8d %8.2f  %s\n", s.name.c_str(), d.maxErr, d.psnr, s.what.c_str());
+    } else {
+      std::printf("%-28s %8s %8s  %s\n", s.name.c_str(), "", "", s.what.c_str());
+    }
+  }
+  return failures ? 1 : 0;
+}
+
+const RawFormat* findFormat(const std::string& name) {
+  for (const RawFormat& f : rawFormats())
+    if (f.name == name) return &f;
+  return nullptr;
+}
+
+bool isPicturePath(const std::string& p) {
+  auto ends = [&](const char* e) {
+    const size_t n = std::strlen(e);
+    return p.size() >= n && strcasecmp(p.c_str() + p.size() - n, e) == 0;
+  };
+  return ends(".png") || ends(".ppm");
+}
+
+bool readFile(const std::string& path, std::vector<uint8_t>& data) {
+  std::ifstream f(path, std::ios::binary);
+  if (!f) return false;
+  data.assign(std::istreambuf_iterator<char>(f), {});
+  return true;
+}
+bool writeFile(const std::string& path, const std::vector<uint8_t>& data) {
+  std::ofstream f(path, std::ios::binary);
+  f.write(reinterpret_cast<const char*>(data.data()), static_cast<std::streamsize>(data.size()));
+  return static_cast<bool>(f);
+}
+bool writePicture(const std::string& path, const Image& img) {
+  const bool png = path.size() >= 4 && strcasecmp(path.c_str() + path.size() - 4, ".png") == 0;
+  return png ? writePng(path, img) : writePpm(path, img);
+}
+
+int convert(int argc, char** argv) {
+  std::string in, out, format, from, to;
+  int w = 0, h = 0;
+  for (int i = 0; i < argc; ++i) {
+    const std::string a = argv[i];
+    auto next = [&]() -> std::string { return i + 1 < argc ? argv[++i] : std::string(); };
+    if (a == "--size") {
+      if (std::sscanf(next().c_str(), "%dx%d", &w, &h) != 2) return usage();
+    } else if (a == "--format") {
+      format = next();
+    } else if (a == "--from") {
+      from = next();
+    } else if (a == "--to") {
+      to = next();
+    } else if (in.empty()) {
+      in = a;
+    } else if (out.empty()) {
+      out = a;
+    } else {
+      return usage();
+    }
+  }
+  if (in.empty() || out.empty()) return usage();
+  const bool inPic = isPicturePath(in), outPic = isPicturePath(out);
+  if (!inPic && from.empty()) from = format;
+  if (!outPic && to.empty()) to = format;
+
+  Image img;
+  std::vector<uint8_t> raw;
+  if (inPic) {
+    if (!readImage(in, img)) return std::fprintf(stderr, "kelcc: cannot read picture %s\n", in.c_str()), 1;
+    w = img.w, h = img.h;
+  } else {
+    const RawFormat* f = findFormat(from);
+    if (!f) return std::fprintf(stderr, "kelcc: unknown raw format '%s' (see kelcc formats)\n", from.c_str()), 2;
+    if (w < 1 || h < 1) return std::fprintf(stderr, "kelcc: a raw input needs --size WxH\n"), 2;
+    if (!readFile(in, raw) || raw.size() < f->bytes(w, h))
+      return std::fprintf(stderr, "kelcc: %s holds fewer than the %zu bytes of a %dx%d %s frame\n", in.c_str(),
+                          f->bytes(w, h), w, h, from.c_str()), 1;
+  }
+
+  if (!inPic && !outPic) {
+    // Raw to raw: a direct move where one is registered, else through RGB.
+    for (const RawConverter& c : rawConverters())
+      if (c.from == from && c.to == to) {
+        std::vector<uint8_t> dst;
+        const KelStatus st = c.convert(raw.data(), w, h, dst);
+        if (st < 0) return std::fprintf(stderr, "kelcc: %s\n", statusName(st)), 1;
+        return writeFile(out, dst) ? 0 : 1;
+      }
+  }
+  if (!inPic) {
+    const KelStatus st = findFormat(from)->toRgb(raw.data(), w, h, img);
+    if (st < 0) return std::fprintf(stderr, "kelcc: %s -> rgb: %s\n", from.c_str(), statusName(st)), 1;
+  }
+  if (outPic) return writePicture(out, img) ? 0 : (std::fprintf(stderr, "kelcc: cannot write %s\n", out.c_str()), 1);
+  const RawFormat* f = findFormat(to);
+  if (!f) return std::fprintf(stderr, "kelcc: unknown raw format '%s' (see kelcc formats)\n", to.c_str()), 2;
+  std::vector<uint8_t> dst;
+  const KelStatus st = f->fromRgb(img, dst);
+  if (st < 0) return std::fprintf(stderr, "kelcc: rgb -> %s: %s\n", to.c_str(), statusName(st)), 1;
+  if (st > 0) std::fprintf(stderr, "kelcc: note: %s\n", statusName(st));
+  return writeFile(out, dst) ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2) return usage();
+  const std::string cmd = argv[1];
+  if (cmd == "demo") return demo(argc > 2 ? argv[2] : ".");
+  if (cmd == "convert") return convert(argc - 2, argv + 2);
+  if (cmd == "version") {
+    const KelLibraryVersion* v = kelccGetLibVersion();
+    std::printf("%s %d.%d build %d.%d (%s), %s\n", v->Name, v->major, v->minor, v->majorBuild, v->build, v->targetCpu,
+                v->BuildDate);
+    return 0;
+  }
+  if (cmd == "formats") {
+    for (const RawFormat& f : rawFormats()) std::printf("%-10s %s\n", f.name.c_str(), f.what.c_str());
+    for (const RawConverter& c : rawConverters()) std::printf("%s -> %s (direct)\n", c.from.c_str(), c.to.c_str());
+    return 0;
+  }
+  return usage();
+}

@@ -1,0 +1,77 @@
+// The kelcc command-line tool: shared types and the registries that each
+// family's tool file fills at load time.
+//
+//   demo steps   a conversion round trip (or rendition) of an RGB picture,
+//                reported with max error / PSNR and written as PNG
+//   raw formats  a raw image layout (i420, nv12, yuy2, ...) that `kelcc
+//                convert` can read into RGB and write from RGB
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <kelcc.h>
+
+namespace tool {
+
+// 8-bit interleaved RGB, rows tightly packed.
+struct Image {
+  int w = 0, h = 0;
+  std::vector<uint8_t> rgb;
+  Image() = default;
+  Image(int w_, int h_) : w(w_), h(h_), rgb(static_cast<size_t>(3) * w_ * h_) {}
+  int step() const { return 3 * w; }
+  KeliSize size() const { return {w, h}; }
+};
+
+struct DemoStep {
+  std::string name;  // also the PNG file name
+  std::string what;  // one line for the report
+  // Converts `in` and back (or renders it); `out` is compared with `in`
+  // when `compare` is true. Returns a status; negative skips the step.
+  std::function<KelStatus(const Image& in, Image& out)> run;
+  bool compare = true;
+};
+
+struct RawFormat {
+  std::string name;  // e.g. "i420"
+  std::string what;
+  size_t (*bytes)(int w, int h);
+  // raw -> RGB and RGB -> raw; return a status.
+  KelStatus (*toRgb)(const uint8_t* raw, int w, int h, Image& out);
+  KelStatus (*fromRgb)(const Image& in, std::vector<uint8_t>& raw);
+};
+
+// A direct conversion between two raw formats (a layout move that needs no
+// trip through RGB).
+struct RawConverter {
+  std::string from, to;
+  KelStatus (*convert)(const uint8_t* raw, int w, int h, std::vector<uint8_t>& out);
+};
+
+std::vector<DemoStep>& demoSteps();
+std::vector<RawFormat>& rawFormats();
+std::vector<RawConverter>& rawConverters();
+
+struct Registrar {
+  explicit Registrar(DemoStep s) { demoSteps().push_back(std::move(s)); }
+  explicit Registrar(RawFormat f) { rawFormats().push_back(std::move(f)); }
+  explicit Registrar(RawConverter c) { rawConverters().push_back(std::move(c)); }
+};
+#define KELCC_CAT2(a, b) a##b
+#define KELCC_CAT(a, b) KELCC_CAT2(a, b)
+// KELCC_TOOL_REGISTER(tool::DemoStep{...}), (tool::RawFormat{...}) or (tool::RawConverter{...})
+#define KELCC_TOOL_REGISTER(...) static ::tool::Registrar KELCC_CAT(toolReg_, __LINE__)(__VA_ARGS__)
+
+// Picture I/O (PNG via libpng, binary PPM).
+bool writePng(const std::string& path, const Image& img);
+bool writePngGray(const std::string& path, const uint8_t* gray, int w, int h, int step);
+bool readImage(const std::string& path, Image& img);  // PNG or PPM, by content
+bool writePpm(const std::string& path, const Image& img);
+
+// The built-in test picture.
+Image testPicture(int w, int h);
+
+}  // namespace tool
