@@ -123,6 +123,10 @@ KELCC_API KelStatus keliYUVToRGB_8u_P3R(const Kel8u* const src[3], int srcStep, 
 
 /* ============================================================ RGB565 pack and unpack */
 /* @section rgb565 */
+KELCC_API KelStatus keliBGR565ToBGR_16u8u_C3R(const Kel16u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGB565ToRGB_16u8u_C3R(const Kel16u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToBGR565_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToRGB565_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
 
 /* ============================================================ 4:2:2, 4:2:0 and 4:1:1 layout conversions */
 /* @section layouts */

@@ -119,7 +119,8 @@ std::vector<Guarded*> Images::dstPtrs() const {
 
 namespace {
 void makeSide(std::vector<std::unique_ptr<Guarded>>& out, const std::vector<Geom>& geoms, bool shared, KeliSize roi,
-              StepMode mode, int pad, int align, uint32_t seed) {
+              StepMode mode, int pad, int align, uint32_t seed, bool even = false) {
+  if (even) pad = (pad + 1) & ~1;
   std::vector<PlaneDim> dims;
   int widest = 0;
   for (auto& g : geoms) {
@@ -144,8 +145,8 @@ void makeSide(std::vector<std::unique_ptr<Guarded>>& out, const std::vector<Geom
 Images makeImages(const Member& m, KeliSize roi, StepMode mode, int align, uint32_t seed) {
   Images im;
   const int pad = 1 + static_cast<int>(seed % 37);
-  makeSide(im.src, m.src, m.sharedSrcStep, roi, mode, pad, align, seed);
-  makeSide(im.dst, m.dst, m.sharedDstStep, roi, mode, pad + 3, (align + 7) & 15, seed ^ 0x5bd1e995u);
+  makeSide(im.src, m.src, m.sharedSrcStep, roi, mode, pad, align, seed, m.evenSrcSteps);
+  makeSide(im.dst, m.dst, m.sharedDstStep, roi, mode, pad + 3, (align + 7) & 15, seed ^ 0x5bd1e995u, m.evenDstSteps);
   return im;
 }
 

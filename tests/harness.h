@@ -88,6 +88,10 @@ struct Member {
   bool checksSteps = false;     // orders C and D
   bool sharedSrcStep = false;   // one step serves all source planes
   bool sharedDstStep = false;   // one step serves all destination planes
+  // 16-bit word images: their steps are kept even (a word image's rows
+  // start on word boundaries of its first row).
+  bool evenSrcSteps = false;
+  bool evenDstSteps = false;
 };
 
 KelStatus status420(KeliSize r);
