@@ -102,6 +102,21 @@ KELCC_API KelStatus keliYUVToRGB_8u_P3R(const Kel8u* const src[3], int srcStep, 
 
 /* ============================================================ RGB <-> YCbCr at full resolution */
 /* @section ycbcr444 */
+KELCC_API KelStatus keliRGBToYCbCr_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCbCr_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCbCr_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCbCr_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCbCr_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB_8u_P3C3R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+/* The fourth byte of each pixel is set to the low 8 bits of alpha. */
+KELCC_API KelStatus keliYCbCrToRGB_8u_P3C4R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi,
+                                            int alpha);
+KELCC_API KelStatus keliYCbCrToBGR_8u_P3C3R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR_8u_P3C4R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi,
+                                            int alpha);
 
 /* ============================================================ RGB <-> subsampled YUV (4:2:2, 4:2:0; planar and packed) */
 /* @section yuv-subsampled */
@@ -111,15 +126,134 @@ KELCC_API KelStatus keliYUVToRGB_8u_P3R(const Kel8u* const src[3], int srcStep, 
 
 /* ============================================================ Packed 16-bit sources (555, 565, 444) to YCbCr and YUV */
 /* @section packed-sources */
+KELCC_API KelStatus keliBGR555ToYCbCr411_16u8u_C3P3R(const Kel16u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGR555ToYCbCr420_16u8u_C3P3R(const Kel16u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGR555ToYCrCb420_16u8u_C3P3R(const Kel16u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGR555ToYCbCr422_16u8u_C3P3R(const Kel16u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGR555ToYCbCr422_16u8u_C3C2R(const Kel16u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGR555ToYUV420_16u8u_C3P3R(const Kel16u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGR565ToYCbCr411_16u8u_C3P3R(const Kel16u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGR565ToYCbCr420_16u8u_C3P3R(const Kel16u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGR565ToYCrCb420_16u8u_C3P3R(const Kel16u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGR565ToYCbCr422_16u8u_C3P3R(const Kel16u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGR565ToYCbCr422_16u8u_C3C2R(const Kel16u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGR565ToYUV420_16u8u_C3P3R(const Kel16u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliRGB565ToYUV420_16u8u_C3P3R(const Kel16u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliRGB565ToYUV422_16u8u_C3P3R(const Kel16u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
 
 /* ============================================================ YCbCr and YUV to 16-bit packed RGB, plain and dithered */
 /* @section packed-outputs */
+/* BGR formats hold red in the high bits, RGB formats red in the low bits; 444 and 555 leave the top
+   bits 0. dstStep is in bytes; all but the 411 members use dstStep >> 1 words per row. */
+KELCC_API KelStatus keliYCbCrToBGR444_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR555_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR565_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB444_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB555_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB565_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR444Dither_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR555Dither_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR565Dither_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB444Dither_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB555Dither_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB565Dither_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR444_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR555_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR565_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB444_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB555_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB565_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR444Dither_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR555Dither_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR565Dither_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB444Dither_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB555Dither_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToRGB565Dither_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR444_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR555_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR565_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB444_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB555_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB565_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR444Dither_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR555Dither_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR565Dither_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB444Dither_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB555Dither_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB565Dither_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR444_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB444_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR444Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR555Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR565Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB444Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB555Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB565Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToBGR444_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToBGR555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToBGR565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToRGB444_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToRGB555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToRGB565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToBGR444Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToBGR555Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToBGR565Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToRGB444Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToRGB555Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToRGB565Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToBGR444_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToBGR555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToBGR565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToRGB444_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToRGB555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToRGB565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToBGR444Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToBGR555Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToBGR565Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToRGB444Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToRGB555Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToRGB565Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToBGR555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToBGR565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
 
 /* ============================================================ BT.709 conversions */
 /* @section rec709 */
+/* BT.709 weights, BGR order. 709CSC: studio swing; 709HDTV: full swing, the
+   forward direction limits every output to 1..254. C4 destinations: the
+   fourth byte of each pixel is set to the low 8 bits of alpha. */
+KELCC_API KelStatus keliBGRToYCbCr420_709CSC_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr420_709CSC_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCrCb420_709CSC_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCrCb420_709CSC_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr420_709HDTV_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToBGR_709CSC_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToBGR_709HDTV_8u_P3C4R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi,
+                                                       int alpha);
+KELCC_API KelStatus keliYCbCrToBGR_709CSC_8u_P3C3R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCrToBGR_709CSC_8u_P3C4R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi,
+                                                   int alpha);
+KELCC_API KelStatus keliBGRToCbYCr422_709HDTV_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToCbYCr422_709HDTV_8u_AC4C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliCbYCr422ToBGR_709HDTV_8u_C2C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliCbYCr422ToBGR_709HDTV_8u_C2C4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi,
+                                                       int alpha);
 
 /* ============================================================ CbYCr 4:2:2 pixel conversions */
 /* @section cbycr */
+/* Packed CbYCr 4:2:2: bytes Cb, Y0, Cr, Y1 per pixel pair; an odd last
+   pixel is converted (Cb and Y only on the packed side). The Gamma member
+   passes each colour sample through the forward gamma curve first and
+   rejects steps below 1. */
+KELCC_API KelStatus keliRGBToCbYCr422_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToCbYCr422Gamma_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToCbYCr422_8u_AC4C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliCbYCr422ToRGB_8u_C2C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+/* The fourth byte of each pixel is set to the low 8 bits of alpha. */
+KELCC_API KelStatus keliCbYCr422ToBGR_8u_C2C4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int alpha);
 
 /* ============================================================ RGB565 pack and unpack */
 /* @section rgb565 */
@@ -133,6 +267,25 @@ KELCC_API KelStatus keliRGBToRGB565_8u16u_C3R(const Kel8u* src, int srcStep, Kel
 
 /* ============================================================ NV12, YV12, YUY2 and UYVY converters, deinterlacing */
 /* @section nv12 */
+/* NV12 is YCbCr420 P2 (chroma pairs Cb, Cr), YV12 is YCrCb420 P3 (planes Y, Cr, Cb),
+   YUY2 is YCbCr422 C2 and UYVY is CbYCr422 C2. Width and height are trimmed to even values. */
+KELCC_API KelStatus keliYCbCr420ToYCbCr422_8u_P2C2R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToCbYCr422_8u_P2C2R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst, int dstStep, KeliSize roi);
+/* dst[1] receives the first byte of each chroma pair, dst[2] the second. */
+KELCC_API KelStatus keliYCbCr420ToYCrCb420_8u_P2P3R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToYCbCr420_8u_C2P2R(const Kel8u* src, int srcStep, Kel8u* dstY, int dstYStep, Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi);
+KELCC_API KelStatus keliCbYCr422ToYCbCr420_8u_C2P2R(const Kel8u* src, int srcStep, Kel8u* dstY, int dstYStep, Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToYCrCb420_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliCbYCr422ToYCrCb420_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToCbYCr422_8u_C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliCbYCr422ToYCbCr422_8u_C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCrCb420ToYCbCr420_8u_P3P2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dstY, int dstYStep, Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi);
+KELCC_API KelStatus keliYCrCb420ToYCbCr422_8u_P3C2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCrCb420ToCbYCr422_8u_P3C2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+/* Deinterlacing of an NV12 picture that holds two fields, whole or by slices from the top down. */
+enum { kelSliceFirst = 1, kelSliceMiddle = 4, kelSliceLast = 16, kelSliceWhole = 21 };
+KELCC_API KelStatus keliYCbCr420ToYCbCr422_Filter_8u_P2C2R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst, int dstStep, KeliSize roi, uint32_t sliceFlags);
+KELCC_API KelStatus keliYCbCr420ToYCrCb420_Filter_8u_P2P3R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi, uint32_t sliceFlags);
 
 /* ============================================================ Interlaced-field conversions */
 /* @section interlace */
@@ -145,6 +298,38 @@ KELCC_API KelStatus keliRGBToRGB565_8u16u_C3R(const Kel8u* src, int srcStep, Kel
 
 /* ============================================================ RGB <-> XYZ, RGB <-> YCC */
 /* @section xyz-ycc */
+KELCC_API KelStatus keliRGBToXYZ_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToXYZ_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToXYZ_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToXYZ_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToXYZ_16s_C3R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToXYZ_16s_AC4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToXYZ_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToXYZ_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliXYZToRGB_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliXYZToRGB_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliXYZToRGB_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliXYZToRGB_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliXYZToRGB_16s_C3R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliXYZToRGB_16s_AC4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliXYZToRGB_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliXYZToRGB_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCC_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCC_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCC_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCC_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCC_16s_C3R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCC_16s_AC4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCC_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCC_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCCToRGB_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCCToRGB_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCCToRGB_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCCToRGB_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCCToRGB_16s_C3R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCCToRGB_16s_AC4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCCToRGB_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCCToRGB_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
 
 /* ============================================================ RGB and BGR <-> HLS and HSV */
 /* @section hls-hsv */
@@ -157,6 +342,31 @@ KELCC_API KelStatus keliRGBToRGB565_8u16u_C3R(const Kel8u* src, int srcStep, Kel
 
 /* ============================================================ RGB to gray */
 /* @section gray */
+KELCC_API KelStatus keliRGBToGray_8u_C3C1R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToGray_8u_AC4C1R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToGray_16u_C3C1R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToGray_16u_AC4C1R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToGray_16s_C3C1R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToGray_16s_AC4C1R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToGray_32f_C3C1R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToGray_32f_AC4C1R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+/* coeffs: weights of channels 0, 1, 2; null selects those of RGBToGray. */
+KELCC_API KelStatus keliColorToGray_8u_C3C1R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi,
+                                                const Kel32f coeffs[3]);
+KELCC_API KelStatus keliColorToGray_8u_AC4C1R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi,
+                                                const Kel32f coeffs[3]);
+KELCC_API KelStatus keliColorToGray_16u_C3C1R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi,
+                                                const Kel32f coeffs[3]);
+KELCC_API KelStatus keliColorToGray_16u_AC4C1R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi,
+                                                const Kel32f coeffs[3]);
+KELCC_API KelStatus keliColorToGray_16s_C3C1R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi,
+                                                const Kel32f coeffs[3]);
+KELCC_API KelStatus keliColorToGray_16s_AC4C1R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi,
+                                                const Kel32f coeffs[3]);
+KELCC_API KelStatus keliColorToGray_32f_C3C1R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi,
+                                                const Kel32f coeffs[3]);
+KELCC_API KelStatus keliColorToGray_32f_AC4C1R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi,
+                                                const Kel32f coeffs[3]);
 
 /* ============================================================ Gamma curves */
 /* @section gamma */
