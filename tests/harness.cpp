@@ -119,8 +119,10 @@ std::vector<Guarded*> Images::dstPtrs() const {
 
 namespace {
 void makeSide(std::vector<std::unique_ptr<Guarded>>& out, const std::vector<Geom>& geoms, bool shared, KeliSize roi,
-              StepMode mode, int pad, int align, uint32_t seed, bool even = false) {
+              StepMode mode, int pad, int align, uint32_t seed, bool even = false, int unit = 1) {
   if (even) pad = (pad + 1) & ~1;
+  // Samples of `unit` bytes: padding and offsets in whole samples.
+  if (unit > 1) pad = (pad + unit - 1) / unit * unit;
   std::vector<PlaneDim> dims;
   int widest = 0;
   for (auto& g : geoms) {
@@ -136,8 +138,8 @@ void makeSide(std::vector<std::unique_ptr<Guarded>>& out, const std::vector<Geom
       case StepMode::Negative: step = -(base + pad); break;
       case StepMode::Zero: step = 0; break;
     }
-    out.push_back(std::make_unique<Guarded>(dims[i], step, (align + 5 * static_cast<int>(i)) & 15,
-                                            seed + 977 * static_cast<uint32_t>(i)));
+    const int a = (align + 5 * static_cast<int>(i)) & 15 & ~(unit - 1);
+    out.push_back(std::make_unique<Guarded>(dims[i], step, a, seed + 977 * static_cast<uint32_t>(i)));
   }
 }
 }  // namespace
@@ -145,8 +147,8 @@ void makeSide(std::vector<std::unique_ptr<Guarded>>& out, const std::vector<Geom
 Images makeImages(const Member& m, KeliSize roi, StepMode mode, int align, uint32_t seed) {
   Images im;
   const int pad = 1 + static_cast<int>(seed % 37);
-  makeSide(im.src, m.src, m.sharedSrcStep, roi, mode, pad, align, seed, m.evenSrcSteps);
-  makeSide(im.dst, m.dst, m.sharedDstStep, roi, mode, pad + 3, (align + 7) & 15, seed ^ 0x5bd1e995u, m.evenDstSteps);
+  makeSide(im.src, m.src, m.sharedSrcStep, roi, mode, pad, align, seed, m.evenSrcSteps, m.sampleBytes);
+  makeSide(im.dst, m.dst, m.sharedDstStep, roi, mode, pad + 3, (align + 7) & 15, seed ^ 0x5bd1e995u, m.evenDstSteps, m.sampleBytes);
   return im;
 }
 

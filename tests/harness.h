@@ -92,6 +92,9 @@ struct Member {
   // start on word boundaries of its first row).
   bool evenSrcSteps = false;
   bool evenDstSteps = false;
+  // Bytes per sample (2 for 16-bit, 4 for 32f images): steps and offsets
+  // stay whole multiples of it on both sides.
+  int sampleBytes = 1;
 };
 
 KelStatus status420(KeliSize r);
