@@ -1,0 +1,125 @@
+// RGB and BGR to and from packed CbYCr 4:2:2: five members. The two
+// filtered forward members share one row routine, with and without the
+// forward gamma curve in front; the others use the packed 4:2:2 row shapes
+// of frame/packed422.h. Formulas in cbycr.h.
+#include "cbycr/cbycr.h"
+
+#include "frame/checks.h"
+#include "frame/rows.h"
+#include "tone/gamma_tables.h"
+
+namespace kel {
+namespace {
+
+using namespace cbycr;
+
+ChainIO chain(KernIO CbYCrKernels::*m) { return chainFor(m, sse41::kCbYCrKernels, avx2::kCbYCrKernels); }
+
+// The curve in front of the filtered conversion: none, or the forward
+// gamma table (one look-up per colour sample).
+struct Linear {
+  static int t(int v) { return v; }
+};
+struct Gamma {
+  static int t(int v) { return tableFwd8u[v]; }
+};
+
+// One row of RGB to CbYCr with the 1/4, 1/2, 1/4 chroma filter. The
+// neighbour terms of the odd pixel of a pair serve it and the next pair;
+// the row starts with none (the first pair's sum is not renormalised).
+template <class Curve>
+void rowFiltered(const uint8_t* s, uint8_t* d, int w) {
+  using F = Filtered;
+  int32_t cbLeft = 0, crLeft = 0;
+  int x = 0;
+  for (; x + 1 < w; x += 2) {
+    const uint8_t* p = s + 3 * x;
+    const int R0 = Curve::t(p[0]), G0 = Curve::t(p[1]), B0 = Curve::t(p[2]);
+    const int R1 = Curve::t(p[3]), G1 = Curve::t(p[4]), B1 = Curve::t(p[5]);
+    const int32_t cbRight = F::cbSide(R1, G1, B1), crRight = F::crSide(R1, G1, B1);
+    uint8_t* o = d + 2 * x;
+    o[0] = static_cast<uint8_t>(F::chroma(cbLeft, F::cbCentre(R0, G0, B0), cbRight));
+    o[1] = static_cast<uint8_t>(F::y(R0, G0, B0));
+    o[2] = static_cast<uint8_t>(F::chroma(crLeft, F::crCentre(R0, G0, B0), crRight));
+    o[3] = static_cast<uint8_t>(F::y(R1, G1, B1));
+    cbLeft = cbRight, crLeft = crRight;
+  }
+  if (x < w) {
+    const uint8_t* p = s + 3 * x;
+    const int R = Curve::t(p[0]), G = Curve::t(p[1]), B = Curve::t(p[2]);
+    d[2 * x] = static_cast<uint8_t>(Last::cb(R, G, B));
+    d[2 * x + 1] = static_cast<uint8_t>(Last::y(R, G, B));
+  }
+}
+
+template <class Curve>
+void myFiltered(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
+  forRows(roi.height, [&](int r) { rowFiltered<Curve>(rowAt(src, srcStep, r), rowAt(dst, dstStep, r), roi.width); });
+}
+
+inline int body8(int w) { return w & ~7; }
+
+// The aligned routines of the four-byte members use the same arithmetic as
+// the general ones, so one routine serves every address.
+void myToC2(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, const ChainIO& chain) {
+  const int body = body8(roi.width);
+  forRows(roi.height, [&](int r) {
+    const RowIO io{{rowAt(src, srcStep, r)}, {rowAt(dst, dstStep, r)}, 0};
+    rowToC2<Pix::BGRX, MeanBody, MeanTail, Last>(io, roi.width, body, chain);
+  });
+}
+
+template <Pix Out>
+void myFromC2(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int alpha, const ChainIO& chain) {
+  const int body = body8(roi.width);
+  forRows(roi.height, [&](int r) {
+    const RowIO io{{rowAt(src, srcStep, r)}, {rowAt(dst, dstStep, r)}, alpha};
+    rowFromC2<Out, InvBody, InvTail>(io, roi.width, body, chain);
+  });
+}
+
+}  // namespace
+}  // namespace kel
+
+using namespace kel;
+
+// Member table:              body pixels  body      tail      last odd pixel
+//  RGBToCbYCr422      C3C2R  -            Filtered on every pair  Last
+//  RGBToCbYCr422Gamma C3C2R  -            Filtered after the gamma table, Last likewise
+//  BGRToCbYCr422      AC4C2R w & ~7       MeanBody  MeanTail  Last
+//  CbYCr422ToRGB      C2C3R  w & ~7       InvBody   InvTail   InvTail, Cr of the pair before
+//  CbYCr422ToBGR      C2C4R  w & ~7       InvBody   InvTail   the same
+
+extern "C" {
+
+KelStatus keliRGBToCbYCr422_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
+  if (KelStatus st = checkA({src, dst}, {}, roi)) return st;
+  myFiltered<Linear>(src, srcStep, dst, dstStep, roi);
+  return kelStatusOk;
+}
+
+KelStatus keliRGBToCbYCr422Gamma_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
+  if (KelStatus st = checkC({src, dst}, {}, roi, {srcStep, dstStep})) return st;
+  myFiltered<Gamma>(src, srcStep, dst, dstStep, roi);
+  return kelStatusOk;
+}
+
+KelStatus keliBGRToCbYCr422_8u_AC4C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
+  if (KelStatus st = checkA({src, dst}, {}, roi)) return st;
+  myToC2(src, srcStep, dst, dstStep, roi, chain(&CbYCrKernels::toC2AC4));
+  return kelStatusOk;
+}
+
+KelStatus keliCbYCr422ToRGB_8u_C2C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
+  if (KelStatus st = checkA({src, dst}, {}, roi)) return st;
+  myFromC2<Pix::RGB>(src, srcStep, dst, dstStep, roi, 0, chain(&CbYCrKernels::fromC2RGB));
+  return kelStatusOk;
+}
+
+KelStatus keliCbYCr422ToBGR_8u_C2C4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int alpha) {
+  if (KelStatus st = checkA({src, dst}, {}, roi)) return st;
+  myFromC2<Pix::BGRA>(src, srcStep, dst, dstStep, roi, alpha, chain(&CbYCrKernels::fromC2BGRA));
+  return kelStatusOk;
+}
+
+}  // extern "C"
