@@ -1,0 +1,228 @@
+// Moves between NV12 (luma plane + one plane of Cb Cr pairs, 4:2:0), YV12
+// (planes Y, Cr, Cb, 4:2:0), YUY2 (Y0 Cb Y1 Cr) and UYVY (Cb Y0 Cr Y1).
+// No member computes a value: luma goes unchanged to its new place, chroma is
+// moved, repeated on both rows of a pair (4:2:0 to 4:2:2) or taken from the
+// upper row of a pair (4:2:2 to 4:2:0). Width and height are trimmed to even
+// values; what lies beyond the trimmed rectangle is neither read nor written.
+//
+// Member table:                    from  to    chroma       row move(s)
+//  YCbCr420ToYCbCr422  P2C2R       NV12  YUY2  row repeat   zip2(Y, CbCr)
+//  YCbCr420ToCbYCr422  P2C2R       NV12  UYVY  row repeat   zip2(CbCr, Y)
+//  YCbCr420ToYCrCb420  P2P3R       NV12  P3    move         copy, unzip2 (pair order)
+//  YCbCr422ToYCbCr420  C2P2R       YUY2  NV12  even rows    unzip2 / pickEven
+//  CbYCr422ToYCbCr420  C2P2R       UYVY  NV12  even rows    unzip2 / pickOdd
+//  YCbCr422ToYCrCb420  C2P3R       YUY2  YV12  even rows    unpack4 / pickEven
+//  CbYCr422ToYCrCb420  C2P3R       UYVY  YV12  even rows    unpack4 / pickOdd
+//  YCbCr422ToCbYCr422  C2R         YUY2  UYVY  move         swap2 (nt when large)
+//  CbYCr422ToYCbCr422  C2R         UYVY  YUY2  move         swap2
+//  YCrCb420ToYCbCr420  P3P2R       YV12  NV12  move         copy, zip2(Cb, Cr)
+//  YCrCb420ToYCbCr422  P3C2R       YV12  YUY2  row repeat   pack4 (nt when large)
+//  YCrCb420ToCbYCr422  P3C2R       YV12  UYVY  row repeat   pack4 (nt when large)
+#include <cstdint>
+
+#include "chroma/nv12_rows.h"
+#include "frame/checks.h"
+#include "frame/rows.h"
+
+namespace kel {
+namespace {
+
+using mv::Moves;
+
+// Above this many bytes of steps times rows the destination is written with
+// non-temporal stores when it lies on 16-byte boundaries: the picture is
+// taken to be larger than the caches, and is not read back soon.
+constexpr int64_t kStreamBytes = 524288;
+inline bool large(std::initializer_list<int> steps, int h) {
+  int64_t sum = 0;
+  for (int s : steps) sum += s;
+  return sum * h > kStreamBytes;
+}
+
+// The trimmed size.
+struct Even {
+  int w, h;
+};
+inline Even even(KeliSize roi) { return {roi.width & ~1, roi.height & ~1}; }
+
+// ---- row drivers ---------------------------------------------------------
+// NV12 to a 4:2:2 quad stream: each chroma row serves both rows of its pair.
+template <bool CbYCr>
+void myNV12ToQuads(const Kel8u* srcY, int ys, const Kel8u* srcC, int cs, Kel8u* dst, int ds, Even e) {
+  const Moves m = mv::moves();
+  forRowPairs(e.h, [&](int k) {
+    const Kel8u* c = rowAt(srcC, cs, k);
+    for (int r = 2 * k; r < 2 * k + 2; ++r) {
+      if (CbYCr) mv::zip2(c, rowAt(srcY, ys, r), rowAt(dst, ds, r), e.w, m);
+      else mv::zip2(rowAt(srcY, ys, r), c, rowAt(dst, ds, r), e.w, m);
+    }
+  });
+}
+
+// A 4:2:2 quad stream to NV12: the upper row of each pair gives luma and
+// chroma, the lower row its luma only.
+template <bool CbYCr>
+void myQuadsToNV12(const Kel8u* src, int ss, Kel8u* dstY, int ys, Kel8u* dstC, int cs, Even e) {
+  const Moves m = mv::moves();
+  forRowPairs(e.h, [&](int k) {
+    const Kel8u* s0 = rowAt(src, ss, 2 * k);
+    Kel8u* y0 = rowAt(dstY, ys, 2 * k);
+    Kel8u* c = rowAt(dstC, cs, k);
+    if (CbYCr) mv::unzip2(s0, c, y0, e.w, m);
+    else mv::unzip2(s0, y0, c, e.w, m);
+    mv::pick2<CbYCr>(rowAt(src, ss, 2 * k + 1), rowAt(dstY, ys, 2 * k + 1), e.w, m);
+  });
+}
+
+// A 4:2:2 quad stream to YV12 planes Y, Cr, Cb.
+template <bool CbYCr>
+void myQuadsToYV12(const Kel8u* src, int ss, Kel8u* const dst[3], const int ds[3], Even e) {
+  const Moves m = mv::moves();
+  forRowPairs(e.h, [&](int k) {
+    mv::unpack4<CbYCr>(rowAt(src, ss, 2 * k), rowAt(dst[0], ds[0], 2 * k), rowAt(dst[2], ds[2], k),
+                       rowAt(dst[1], ds[1], k), e.w, m);
+    mv::pick2<CbYCr>(rowAt(src, ss, 2 * k + 1), rowAt(dst[0], ds[0], 2 * k + 1), e.w, m);
+  });
+}
+
+// YV12 planes Y, Cr, Cb to a 4:2:2 quad stream.
+template <bool CbYCr, bool Nt>
+void myYV12ToQuads(const Kel8u* const src[3], const int ss[3], Kel8u* dst, int ds, Even e) {
+  const Moves m = mv::moves();
+  forRowPairs(e.h, [&](int k) {
+    const Kel8u* cb = rowAt(src[2], ss[2], k);
+    const Kel8u* cr = rowAt(src[1], ss[1], k);
+    for (int r = 2 * k; r < 2 * k + 2; ++r)
+      mv::pack4<CbYCr, Nt>(rowAt(src[0], ss[0], r), cb, cr, rowAt(dst, ds, r), e.w, m);
+  });
+  if (Nt) mv::fence();
+}
+template <bool CbYCr>
+void myYV12ToQuadsChoose(const Kel8u* const src[3], const int ss[3], Kel8u* dst, int ds, Even e, bool nt) {
+  if (nt) myYV12ToQuads<CbYCr, true>(src, ss, dst, ds, e);
+  else myYV12ToQuads<CbYCr, false>(src, ss, dst, ds, e);
+}
+
+// YUY2 <-> UYVY: the bytes of each pair exchanged, every row.
+template <bool Nt>
+void mySwapRows(const Kel8u* src, int ss, Kel8u* dst, int ds, int w, int h) {
+  const Moves m = mv::moves();
+  forRows(h, [&](int r) { mv::swap2<Nt>(rowAt(src, ss, r), rowAt(dst, ds, r), 2 * w, m); });
+  if (Nt) mv::fence();
+}
+void mySwap(const Kel8u* src, int ss, Kel8u* dst, int ds, KeliSize roi) {
+  const int w = roi.width & ~1;
+  if (allAligned16({dst}, {ds}) && large({ss, ds}, roi.height)) mySwapRows<true>(src, ss, dst, ds, w, roi.height);
+  else mySwapRows<false>(src, ss, dst, ds, w, roi.height);
+}
+
+}  // namespace
+}  // namespace kel
+
+using namespace kel;
+
+extern "C" {
+
+KelStatus keliYCbCr420ToYCbCr422_8u_P2C2R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep,
+                                          Kel8u* dst, int dstStep, KeliSize roi) {
+  if (KelStatus st = checkB({srcY, srcCbCr, dst}, {}, roi, 2, 2)) return st;
+  myNV12ToQuads<false>(srcY, srcYStep, srcCbCr, srcCbCrStep, dst, dstStep, even(roi));
+  return kelStatusOk;
+}
+
+KelStatus keliYCbCr420ToCbYCr422_8u_P2C2R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep,
+                                          Kel8u* dst, int dstStep, KeliSize roi) {
+  if (KelStatus st = checkB({srcY, srcCbCr, dst}, {}, roi, 2, 2)) return st;
+  myNV12ToQuads<true>(srcY, srcYStep, srcCbCr, srcCbCrStep, dst, dstStep, even(roi));
+  return kelStatusOk;
+}
+
+// The destination planes take the chroma pairs in their own order: dst[1]
+// the first byte of each pair, dst[2] the second. Checks: the arguments, a
+// size below 1, the plane elements, then a size below 2.
+KelStatus keliYCbCr420ToYCrCb420_8u_P2P3R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep,
+                                          Kel8u* dst[3], const int dstStep[3], KeliSize roi) {
+  if (KelStatus st = checkA({srcY, srcCbCr}, {planes(dst, 3)}, roi)) return st;
+  if (chk::sizeBelow(roi, 2, 2)) return kelStatusBadSize;
+  const Even e = even(roi);
+  const Moves m = mv::moves();
+  forRowPairs(e.h, [&](int k) {
+    mv::copy(rowAt(srcY, srcYStep, 2 * k), rowAt(dst[0], dstStep[0], 2 * k), e.w);
+    mv::copy(rowAt(srcY, srcYStep, 2 * k + 1), rowAt(dst[0], dstStep[0], 2 * k + 1), e.w);
+    mv::unzip2(rowAt(srcCbCr, srcCbCrStep, k), rowAt(dst[1], dstStep[1], k), rowAt(dst[2], dstStep[2], k), e.w >> 1, m);
+  });
+  return kelStatusOk;
+}
+
+KelStatus keliYCbCr422ToYCbCr420_8u_C2P2R(const Kel8u* src, int srcStep, Kel8u* dstY, int dstYStep, Kel8u* dstCbCr,
+                                          int dstCbCrStep, KeliSize roi) {
+  if (KelStatus st = checkB({src, dstY, dstCbCr}, {}, roi, 2, 2)) return st;
+  myQuadsToNV12<false>(src, srcStep, dstY, dstYStep, dstCbCr, dstCbCrStep, even(roi));
+  return kelStatusOk;
+}
+
+KelStatus keliCbYCr422ToYCbCr420_8u_C2P2R(const Kel8u* src, int srcStep, Kel8u* dstY, int dstYStep, Kel8u* dstCbCr,
+                                          int dstCbCrStep, KeliSize roi) {
+  if (KelStatus st = checkB({src, dstY, dstCbCr}, {}, roi, 2, 2)) return st;
+  myQuadsToNV12<true>(src, srcStep, dstY, dstYStep, dstCbCr, dstCbCrStep, even(roi));
+  return kelStatusOk;
+}
+
+KelStatus keliYCbCr422ToYCrCb420_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3],
+                                          KeliSize roi) {
+  if (KelStatus st = checkB({src}, {planes(dst, 3)}, roi, 2, 2)) return st;
+  myQuadsToYV12<false>(src, srcStep, dst, dstStep, even(roi));
+  return kelStatusOk;
+}
+
+KelStatus keliCbYCr422ToYCrCb420_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3],
+                                          KeliSize roi) {
+  if (KelStatus st = checkB({src}, {planes(dst, 3)}, roi, 2, 2)) return st;
+  myQuadsToYV12<true>(src, srcStep, dst, dstStep, even(roi));
+  return kelStatusOk;
+}
+
+// The 4:2:2 swaps examine the width only; a height below 1 is a bad size.
+KelStatus keliYCbCr422ToCbYCr422_8u_C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
+  if (KelStatus st = checkB({src, dst}, {}, roi, 2, 1)) return st;
+  mySwap(src, srcStep, dst, dstStep, roi);
+  return kelStatusOk;
+}
+
+KelStatus keliCbYCr422ToYCbCr422_8u_C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
+  if (KelStatus st = checkB({src, dst}, {}, roi, 2, 1)) return st;
+  mySwapRows<false>(src, srcStep, dst, dstStep, roi.width & ~1, roi.height);
+  return kelStatusOk;
+}
+
+KelStatus keliYCrCb420ToYCbCr420_8u_P3P2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dstY, int dstYStep,
+                                          Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi) {
+  if (KelStatus st = checkB({dstY, dstCbCr}, {planes(src, 3)}, roi, 2, 2)) return st;
+  const Even e = even(roi);
+  const Moves m = mv::moves();
+  forRowPairs(e.h, [&](int k) {
+    mv::copy(rowAt(src[0], srcStep[0], 2 * k), rowAt(dstY, dstYStep, 2 * k), e.w);
+    mv::copy(rowAt(src[0], srcStep[0], 2 * k + 1), rowAt(dstY, dstYStep, 2 * k + 1), e.w);
+    mv::zip2(rowAt(src[2], srcStep[2], k), rowAt(src[1], srcStep[1], k), rowAt(dstCbCr, dstCbCrStep, k), e.w >> 1, m);
+  });
+  return kelStatusOk;
+}
+
+KelStatus keliYCrCb420ToYCbCr422_8u_P3C2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep,
+                                          KeliSize roi) {
+  if (KelStatus st = checkB({dst}, {planes(src, 3)}, roi, 2, 2)) return st;
+  const bool nt = allAligned16({src[0], src[1], src[2], dst}, {srcStep[0], srcStep[1], srcStep[2], dstStep}) &&
+                  large({srcStep[0], srcStep[1], srcStep[2], dstStep}, roi.height);
+  myYV12ToQuadsChoose<false>(src, srcStep, dst, dstStep, even(roi), nt);
+  return kelStatusOk;
+}
+
+KelStatus keliYCrCb420ToCbYCr422_8u_P3C2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep,
+                                          KeliSize roi) {
+  if (KelStatus st = checkB({dst}, {planes(src, 3)}, roi, 2, 2)) return st;
+  const bool nt = allAligned16({dst}, {dstStep}) && large({srcStep[0], srcStep[1], srcStep[2], dstStep}, roi.height);
+  myYV12ToQuadsChoose<true>(src, srcStep, dst, dstStep, even(roi), nt);
+  return kelStatusOk;
+}
+
+}  // extern "C"
