@@ -81,13 +81,17 @@ inline void px3(const Row3& io, int x) {
   Px3<Out>::put(io, x, o0, o1, o2);
 }
 
-// The row routine: body [0, body) then tail [body, w).
+// The row routine: body [0, body) then tail [body, w). A tail formula that is
+// exact in 32-bit lanes may have vector kernels of its own (`tailChain`):
+// they give the tail's bytes, only faster, for rows that are mostly tail.
 template <Lay In, Lay Out, class Body, class Tail>
-inline void row3(const Row3& io, int w, int body, const Chain3& chain) {
+inline void row3(const Row3& io, int w, int body, const Chain3& chain, const Chain3& tailChain = {}) {
   int x = 0;
   for (Kern3 k : chain.k)
     if (k) x = k(io, x, body);
   for (; x < body; ++x) px3<In, Out, Body>(io, x);
+  for (Kern3 k : tailChain.k)
+    if (k) x = k(io, x, w);
   for (; x < w; ++x) px3<In, Out, Tail>(io, x);
 }
 

@@ -101,6 +101,8 @@ struct V {
   static v mulhr(v a, v b) { return _mm_mulhrs_epi16(a, b); }
   static v mullo16(v a, v b) { return _mm_mullo_epi16(a, b); }
   static v madd16(v a, v b) { return _mm_madd_epi16(a, b); }
+  // Unsigned bytes of a times signed bytes of b, adjacent products summed (saturating) to 16 bits.
+  static v maddubs(v a, v b) { return _mm_maddubs_epi16(a, b); }
   static v min16(v a, v b) { return _mm_min_epi16(a, b); }
   static v max16(v a, v b) { return _mm_max_epi16(a, b); }
   static v avg16(v a, v b) { return _mm_avg_epu16(a, b); }
@@ -231,6 +233,7 @@ struct V {
   static v mulhr(v a, v b) { return _mm256_mulhrs_epi16(a, b); }
   static v mullo16(v a, v b) { return _mm256_mullo_epi16(a, b); }
   static v madd16(v a, v b) { return _mm256_madd_epi16(a, b); }
+  static v maddubs(v a, v b) { return _mm256_maddubs_epi16(a, b); }
   static v min16(v a, v b) { return _mm256_min_epi16(a, b); }
   static v max16(v a, v b) { return _mm256_max_epi16(a, b); }
   static v avg16(v a, v b) { return _mm256_avg_epu16(a, b); }
@@ -352,6 +355,15 @@ inline void widenHigh(V::v x, V::v& lo, V::v& hi) {
   lo = V::unpacklo8(V::zero(), x);
   hi = V::unpackhi8(V::zero(), x);
 }
+// 16 bytes per lane as four vectors of 32-bit values (pixels 0-3, 4-7, 8-11,
+// 12-15 of each lane), and back with signed then unsigned saturation, which
+// is clip8 for values that fit 16 bits.
+inline void widen32(V::v x, V::v q[4]) {
+  const V::v lo = V::unpacklo8(x, V::zero()), hi = V::unpackhi8(x, V::zero());
+  q[0] = V::unpacklo16(lo, V::zero()), q[1] = V::unpackhi16(lo, V::zero());
+  q[2] = V::unpacklo16(hi, V::zero()), q[3] = V::unpackhi16(hi, V::zero());
+}
+inline V::v narrow32(const V::v q[4]) { return V::packus16(V::packs32(q[0], q[1]), V::packs32(q[2], q[3])); }
 
 // ---- three-channel rows (see frame/pixel3.h) ---------------------------------
 template <Lay L>

@@ -12,8 +12,11 @@ using namespace yuv;
 
 // The row driver of every member: rows one by one on the caller's thread.
 template <Lay In, Lay Out, class Body, class Tail>
-void myRows3(const Row3& base, int srcStep, int dstStep, KeliSize roi, int body, const Chain3& chain) {
-  forRows(roi.height, [&](int r) { row3<In, Out, Body, Tail>(rowOf(base, srcStep, dstStep, r), roi.width, body, chain); });
+void myRows3(const Row3& base, int srcStep, int dstStep, KeliSize roi, int body, const Chain3& chain,
+             const Chain3& tailChain = {}) {
+  forRows(roi.height, [&](int r) {
+    row3<In, Out, Body, Tail>(rowOf(base, srcStep, dstStep, r), roi.width, body, chain, tailChain);
+  });
 }
 
 Chain3 chain(Kern3 YuvKernels::*m) { return chainFor(m, sse41::kYuvKernels, avx2::kYuvKernels); }
@@ -55,7 +58,7 @@ KelStatus keliRGBToYUV_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], in
 
 KelStatus keliRGBToYUV_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkA({src, dst}, {}, roi)) return st;
-  myRows3<Lay::AC4, Lay::AC4, T1, T1>({{src}, {dst}}, srcStep, dstStep, roi, 0, {});
+  myRows3<Lay::AC4, Lay::AC4, T1, T1>({{src}, {dst}}, srcStep, dstStep, roi, 0, {}, chain(&YuvKernels::rgbAC4_T1));
   return kelStatusOk;
 }
 
@@ -84,7 +87,7 @@ KelStatus keliYUVToRGB_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dst
 
 KelStatus keliYUVToRGB_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkA({src, dst}, {}, roi)) return st;
-  myRows3<Lay::AC4, Lay::AC4, KA, KA>({{src}, {dst}}, srcStep, dstStep, roi, 0, {});
+  myRows3<Lay::AC4, Lay::AC4, KA, KA>({{src}, {dst}}, srcStep, dstStep, roi, 0, {}, chain(&YuvKernels::yuvAC4_KA));
   return kelStatusOk;
 }
 
@@ -97,7 +100,8 @@ KelStatus keliYUVToRGB_8u_P3C3R(const Kel8u* const src[3], int srcStep, Kel8u* d
 
 KelStatus keliYUVToRGB_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi) {
   if (KelStatus st = checkA({}, {planes(src, 3), planes(dst, 3)}, roi)) return st;
-  myRows3<Lay::P3, Lay::P3, KB, KB>({{src[0], src[1], src[2]}, {dst[0], dst[1], dst[2]}}, srcStep, dstStep, roi, 0, {});
+  myRows3<Lay::P3, Lay::P3, KB, KB>({{src[0], src[1], src[2]}, {dst[0], dst[1], dst[2]}}, srcStep, dstStep, roi, 0, {},
+                                    chain(&YuvKernels::yuvP3_KB));
   return kelStatusOk;
 }
 

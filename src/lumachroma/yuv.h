@@ -15,6 +15,10 @@ struct YuvKernels {
   Kern3 rgbAC4P4_V2; // AC4 -> P3 + alpha plane, form V2
   Kern3 yuvC3_I1;    // C3 -> C3, form I1
   Kern3 yuvP3C3_I2;  // P3 -> C3, form I2
+  // The 32-bit tail forms in 32-bit lanes, for the members that are all tail.
+  Kern3 rgbAC4_T1;   // AC4 -> AC4, form T1
+  Kern3 yuvAC4_KA;   // AC4 -> AC4, form KA
+  Kern3 yuvP3_KB;    // P3 -> P3, form KB
 };
 namespace sse41 {
 extern const YuvKernels kYuvKernels;

@@ -81,11 +81,52 @@ struct Inv {
 using I1 = Inv<3, 9339, -3228, -4760, 16646>;
 using I2 = Inv<4, 9338, -3227, -4759, 16645>;
 
+// T1 in 32-bit lanes: the products and sums are those of the scalar form.
+struct T1 {
+  static void group(v R, v G, v B, v& Y, v& U, v& W) {
+    const v y = V::add32(V::add32(V::mullo32(R, V::set32(19595)), V::mullo32(G, V::set32(38470))),
+                         V::mullo32(B, V::set32(7471)));
+    const v round = V::set32(32767), c128 = V::set32(128);
+    Y = V::srai32<16>(y);
+    U = V::add32(V::srai32<16>(V::mullo32(V::srai32<16>(V::add32(V::sub32(V::slli32<16>(B), y), round)),
+                                          V::set32(32244))), c128);
+    W = V::add32(V::srai32<16>(V::mullo32(V::srai32<16>(V::add32(V::sub32(V::slli32<16>(R), y), round)),
+                                          V::set32(57475))), c128);
+  }
+  static void vec(v r, v g, v b, v& Y, v& U, v& W) {
+    v R[4], G[4], B[4], y[4], u[4], w[4];
+    widen32(r, R), widen32(g, G), widen32(b, B);
+    for (int i = 0; i < 4; ++i) group(R[i], G[i], B[i], y[i], u[i], w[i]);
+    // U lies in 0..255, so the saturating narrowing is the byte8 of the form.
+    Y = narrow32(y), U = narrow32(u), W = narrow32(w);
+  }
+};
+
+// K(a, b, c, d) in 32-bit lanes.
+template <int a, int b, int c, int d>
+struct K {
+  static void group(v Y, v U, v W, v& R, v& G, v& B) {
+    const v y = V::slli32<16>(Y), u = V::sub32(U, V::set32(128)), w = V::sub32(W, V::set32(128));
+    R = V::srai32<16>(V::add32(y, V::mullo32(w, V::set32(a))));
+    G = V::srai32<16>(V::add32(V::add32(y, V::mullo32(u, V::set32(b))), V::mullo32(w, V::set32(c))));
+    B = V::srai32<16>(V::add32(y, V::mullo32(u, V::set32(d))));
+  }
+  static void vec(v y, v u, v w, v& R, v& G, v& B) {
+    v Y[4], U[4], W[4], r[4], g[4], bb[4];
+    widen32(y, Y), widen32(u, U), widen32(w, W);
+    for (int i = 0; i < 4; ++i) group(Y[i], U[i], W[i], r[i], g[i], bb[i]);
+    R = narrow32(r), G = narrow32(g), B = narrow32(bb);
+  }
+};
+using KA = K<74711, -25821, -38076, 133169>;
+using KB = K<74710, -25820, -38075, 133168>;
+
 }  // namespace
 
 extern const YuvKernels kYuvKernels = {
-    kern3<Lay::C3, Lay::C3, V1>,  kern3<Lay::C3, Lay::P3, V1>,  kern3<Lay::P3, Lay::P3, V1>,
-    kern3<Lay::AC4, Lay::P4A, V2>, kern3<Lay::C3, Lay::C3, I1>, kern3<Lay::P3, Lay::C3, I2>,
+    kern3<Lay::C3, Lay::C3, V1>,   kern3<Lay::C3, Lay::P3, V1>,   kern3<Lay::P3, Lay::P3, V1>,
+    kern3<Lay::AC4, Lay::P4A, V2>, kern3<Lay::C3, Lay::C3, I1>,   kern3<Lay::P3, Lay::C3, I2>,
+    kern3<Lay::AC4, Lay::AC4, T1>, kern3<Lay::AC4, Lay::AC4, KA>, kern3<Lay::P3, Lay::P3, KB>,
 };
 
 }  // namespace KEL_ISA_NS
