@@ -123,6 +123,40 @@ KELCC_API KelStatus keliYCbCrToBGR_8u_P3C4R(const Kel8u* const src[3], int srcSt
 
 /* ============================================================ RGB and BGR <-> subsampled YCbCr / YCrCb */
 /* @section ycbcr-subsampled */
+/* Studio-range YCbCr with 4:2:2, 4:2:0 or 4:1:1 chroma. YCrCb planes lie
+   Y, Cr, Cb; packed 4:2:2 rows are Y0 Cb Y1 Cr (YCbCr) or Y0 Cr Y1 Cb
+   (YCrCb). `alpha`: only its low 8 bits are used. */
+KELCC_API KelStatus keliRGBToYCbCr422_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCbCr422_8u_P3C2R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCrCb422_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCrCb422_8u_P3C2R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCbCr422_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr422_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr422_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr422_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr422_8u_AC4C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCbCr420_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr420_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr420_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCrCb420_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCrCb420_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliRGBToYCrCb420_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr411_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr411_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB_8u_C2C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCrCb422ToRGB_8u_C2C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCrCb422ToRGB_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR_8u_C2C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR_8u_C2C4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int alpha);
+KELCC_API KelStatus keliYCbCr422ToBGR_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToRGB_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToBGR_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToBGR_8u_P3C4R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi, int alpha);
+KELCC_API KelStatus keliYCrCb420ToRGB_8u_P3C4R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi, int alpha);
+KELCC_API KelStatus keliYCbCr411ToBGR_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToBGR_8u_P3C4R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi, int alpha);
 
 /* ============================================================ Packed 16-bit sources (555, 565, 444) to YCbCr and YUV */
 /* @section packed-sources */

@@ -103,6 +103,8 @@ struct V {
   static v madd16(v a, v b) { return _mm_madd_epi16(a, b); }
   // Unsigned bytes of a times signed bytes of b, adjacent products summed (saturating) to 16 bits.
   static v maddubs(v a, v b) { return _mm_maddubs_epi16(a, b); }
+  // Unsigned bytes of a times signed bytes of b, adjacent products summed (saturating) to 16 bits.
+  static v maddubs(v a, v b) { return _mm_maddubs_epi16(a, b); }
   static v min16(v a, v b) { return _mm_min_epi16(a, b); }
   static v max16(v a, v b) { return _mm_max_epi16(a, b); }
   static v avg16(v a, v b) { return _mm_avg_epu16(a, b); }
@@ -233,6 +235,7 @@ struct V {
   static v mulhr(v a, v b) { return _mm256_mulhrs_epi16(a, b); }
   static v mullo16(v a, v b) { return _mm256_mullo_epi16(a, b); }
   static v madd16(v a, v b) { return _mm256_madd_epi16(a, b); }
+  static v maddubs(v a, v b) { return _mm256_maddubs_epi16(a, b); }
   static v maddubs(v a, v b) { return _mm256_maddubs_epi16(a, b); }
   static v min16(v a, v b) { return _mm256_min_epi16(a, b); }
   static v max16(v a, v b) { return _mm256_max_epi16(a, b); }
