@@ -1,0 +1,23 @@
+# kelcc convert: every raw format the tool knows is written from a picture and
+# read back into one.
+file(REMOVE_RECURSE ${WORK})
+file(MAKE_DIRECTORY ${WORK})
+execute_process(COMMAND ${KELCC} demo ${WORK} OUTPUT_QUIET RESULT_VARIABLE rc)
+if(rc)
+  message(FATAL_ERROR "kelcc demo failed")
+endif()
+execute_process(COMMAND ${KELCC} formats OUTPUT_VARIABLE listing RESULT_VARIABLE rc)
+string(REGEX MATCHALL "(^|\n)[a-z0-9]+ " names "${listing}")
+foreach(n IN LISTS names)
+  string(STRIP "${n}" fmt)
+  execute_process(COMMAND ${KELCC} convert ${WORK}/original.png ${WORK}/pic.${fmt} --format ${fmt} RESULT_VARIABLE rc)
+  if(rc)
+    message(FATAL_ERROR "kelcc convert to ${fmt} failed")
+  endif()
+  execute_process(COMMAND ${KELCC} convert ${WORK}/pic.${fmt} ${WORK}/back_${fmt}.png --format ${fmt} --size 640x480
+                  RESULT_VARIABLE rc)
+  if(rc OR NOT EXISTS ${WORK}/back_${fmt}.png)
+    message(FATAL_ERROR "kelcc convert from ${fmt} failed")
+  endif()
+  message(STATUS "${fmt}: ok")
+endforeach()
