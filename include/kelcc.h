@@ -123,6 +123,40 @@ KELCC_API KelStatus keliYCbCrToBGR_8u_P3C4R(const Kel8u* const src[3], int srcSt
 
 /* ============================================================ RGB and BGR <-> subsampled YCbCr / YCrCb */
 /* @section ycbcr-subsampled */
+/* Studio-range YCbCr with 4:2:2, 4:2:0 or 4:1:1 chroma. YCrCb planes lie
+   Y, Cr, Cb; packed 4:2:2 rows are Y0 Cb Y1 Cr (YCbCr) or Y0 Cr Y1 Cb
+   (YCrCb). `alpha`: only its low 8 bits are used. */
+KELCC_API KelStatus keliRGBToYCbCr422_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCbCr422_8u_P3C2R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCrCb422_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCrCb422_8u_P3C2R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCbCr422_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr422_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr422_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr422_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr422_8u_AC4C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYCbCr420_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr420_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr420_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCrCb420_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCrCb420_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliRGBToYCrCb420_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr411_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYCbCr411_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB_8u_C2C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCrCb422ToRGB_8u_C2C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCrCb422ToRGB_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToRGB_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR_8u_C2C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToBGR_8u_C2C4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int alpha);
+KELCC_API KelStatus keliYCbCr422ToBGR_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToRGB_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToBGR_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToBGR_8u_P3C4R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi, int alpha);
+KELCC_API KelStatus keliYCrCb420ToRGB_8u_P3C4R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi, int alpha);
+KELCC_API KelStatus keliYCbCr411ToBGR_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToBGR_8u_P3C4R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi, int alpha);
 
 /* ============================================================ Packed 16-bit sources (555, 565, 444) to YCbCr and YUV */
 /* @section packed-sources */
@@ -143,82 +177,6 @@ KELCC_API KelStatus keliRGB565ToYUV422_16u8u_C3P3R(const Kel16u* src, int srcSte
 
 /* ============================================================ YCbCr and YUV to 16-bit packed RGB, plain and dithered */
 /* @section packed-outputs */
-/* BGR formats hold red in the high bits, RGB formats red in the low bits; 444 and 555 leave the top
-   bits 0. dstStep is in bytes; all but the 411 members use dstStep >> 1 words per row. */
-KELCC_API KelStatus keliYCbCrToBGR444_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToBGR555_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToBGR565_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToRGB444_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToRGB555_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToRGB565_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToBGR444Dither_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToBGR555Dither_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToBGR565Dither_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToRGB444Dither_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToRGB555Dither_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToRGB565Dither_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToBGR444_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToBGR555_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToBGR565_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToRGB444_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToRGB555_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToRGB565_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToBGR444Dither_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToBGR555Dither_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToBGR565Dither_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToRGB444Dither_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToRGB555Dither_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCrToRGB565Dither_8u16u_P3C3R(const Kel8u* const src[3], int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToBGR444_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToBGR555_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToBGR565_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToRGB444_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToRGB555_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToRGB565_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToBGR444Dither_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToBGR555Dither_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToBGR565Dither_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToRGB444Dither_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToRGB555Dither_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToRGB565Dither_8u16u_C2C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToBGR444_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToBGR555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToBGR565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToRGB444_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToRGB555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToRGB565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToBGR444Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToBGR555Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToBGR565Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToRGB444Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToRGB555Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr422ToRGB565Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr420ToBGR444_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr420ToBGR555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr420ToBGR565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr420ToRGB444_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr420ToRGB555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr420ToRGB565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr420ToBGR444Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr420ToBGR555Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr420ToBGR565Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr420ToRGB444Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr420ToRGB555Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr420ToRGB565Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYUV420ToBGR444_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYUV420ToBGR555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYUV420ToBGR565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYUV420ToRGB444_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYUV420ToRGB555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYUV420ToRGB565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYUV420ToBGR444Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYUV420ToBGR555Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYUV420ToBGR565Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYUV420ToRGB444Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYUV420ToRGB555Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYUV420ToRGB565Dither_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr411ToBGR555_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
-KELCC_API KelStatus keliYCbCr411ToBGR565_8u16u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi);
 /* BGR formats hold red in the high bits, RGB formats red in the low bits; 444 and 555 leave the top
    bits 0. dstStep is in bytes; all but the 411 members use dstStep >> 1 words per row. */
 KELCC_API KelStatus keliYCbCrToBGR444_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
