@@ -266,3 +266,169 @@ TEST(YccSub, UniformColourThroughTheRgb420Body) {
     EXPECT_EQ(v[3], c.Cr);
   }
 }
+
+namespace {
+// Which bytes of each destination plane a call writes: the same call on
+// destinations filled with 0x00 and with 0xFF.
+std::vector<std::vector<bool>> written(const Sub& s, KeliSize roi, const Planes& src) {
+  const Result a = runOn(s, roi, src, 0x00), b = runOn(s, roi, src, 0xFF);
+  std::vector<std::vector<bool>> w;
+  for (size_t p = 0; p < a.dst.size(); ++p) {
+    w.emplace_back(a.dst[p].size());
+    for (size_t i = 0; i < a.dst[p].size(); ++i) w[p][i] = a.dst[p][i] == b.dst[p][i];
+  }
+  return w;
+}
+}  // namespace
+
+// Sizes that do not fill the chroma grid: which pixels stay as they were,
+// and the status. `skipCols` columns at the right of the full-resolution
+// plane and `skipRows` rows at the bottom are not written; all else is.
+TEST(YccSub, SizesThatDoNotFillTheGrid) {
+  struct Case {
+    const char* member;
+    int w, h, skipCols, skipRows;
+    KelStatus st;
+  } cases[] = {
+      {"RGBToYCbCr422_8u_C3C2R", 9, 2, 0, 0, kelStatusOk},
+      {"RGBToYCbCr422_8u_C3C2R", 1, 1, 0, 0, kelStatusOk},
+      {"RGBToYCrCb422_8u_P3C2R", 9, 2, 0, 0, kelStatusOk},
+      {"BGRToYCbCr422_8u_C3C2R", 9, 2, 0, 0, kelStatusOk},
+      {"BGRToYCbCr422_8u_AC4P3R", 9, 2, 0, 0, kelStatusOk},
+      {"RGBToYCbCr422_8u_C3P3R", 9, 2, 1, 0, kelStatusOddSizeTrimmed},
+      {"RGBToYCbCr420_8u_C3P3R", 9, 3, 1, 1, kelStatusOddSizeTrimmed},
+      {"RGBToYCbCr420_8u_C3P3R", 1, 1, 1, 1, kelStatusOddSizeTrimmed},
+      {"BGRToYCrCb420_8u_AC4P3R", 13, 5, 1, 1, kelStatusOddSizeTrimmed},
+      {"BGRToYCbCr411_8u_C3P3R", 5, 2, 1, 0, kelStatusOddSizeTrimmed},
+      {"BGRToYCbCr411_8u_C3P3R", 23, 1, 3, 0, kelStatusOddSizeTrimmed},
+      {"BGRToYCbCr411_8u_AC4P3R", 5, 2, 0, 0, kelStatusOddSizeTrimmed},
+      {"YCbCr422ToRGB_8u_C2P3R", 9, 2, 0, 0, kelStatusOk},
+      {"YCbCr422ToRGB_8u_C2C3R", 1, 1, 0, 0, kelStatusOk},
+      {"YCbCr422ToRGB_8u_P3C3R", 9, 2, 0, 0, kelStatusOk},
+      {"YCbCr422ToBGR_8u_C2C4R", 9, 2, 0, 0, kelStatusOk},
+      {"YCbCr422ToBGR_8u_P3C3R", 9, 2, 1, 0, kelStatusOk},
+      {"YCbCr420ToBGR_8u_P3C4R", 9, 3, 1, 1, kelStatusOddSizeTrimmed},
+      {"YCrCb420ToRGB_8u_P3C4R", 1, 2, 1, 0, kelStatusOddSizeTrimmed},
+      {"YCbCr411ToBGR_8u_P3C4R", 7, 2, 0, 0, kelStatusOk},
+  };
+  std::mt19937 rng(4);
+  for (const Case& c : cases) {
+    const Sub& s = find(c.member);
+    const KeliSize roi{c.w, c.h};
+    const Planes src = randomSrc(s, roi, rng);
+    EXPECT_EQ(runOn(s, roi, src).st, c.st) << c.member;
+    const auto wr = written(s, roi, src);
+    for (size_t p = 0; p < wr.size(); ++p) {
+      const PlaneDim d = s.m.dst[p](roi);
+      const int bpp = d.rows == c.h && d.rowBytes >= c.w ? d.rowBytes / c.w : 0;  // 0: a chroma plane
+      for (int y = 0; y < d.rows; ++y)
+        for (int x = 0; x < d.rowBytes; ++x) {
+          const bool skip = bpp && (x / bpp >= c.w - c.skipCols || y >= c.h - c.skipRows);
+          ASSERT_EQ(wr[p][size_t(y) * d.rowBytes + x], !skip)
+              << c.member << " " << c.w << "x" << c.h << " plane " << p << " byte " << x << " row " << y;
+        }
+    }
+  }
+}
+
+// The lone last pixel of an odd width takes the tail forms of a pair made
+// of it twice: luma YT, and chroma of the pair (packed destinations), or,
+// on the inverse side, S1 / L2 with the chroma the row gives it.
+TEST(YccSub, LastOddPixelMatchesAPairOfItself) {
+  const uint8_t R = 201, G = 37, B = 90;
+  for (const char* name : {"RGBToYCbCr422_8u_C3C2R", "RGBToYCrCb422_8u_C3C2R", "BGRToYCbCr422_8u_C3C2R"}) {
+    const Sub& s = find(name);
+    const bool bgr = name[0] == 'B';
+    std::vector<uint8_t> odd(9), pair(6);
+    for (int i = 0; i < 3; ++i) odd[3 * i] = 10, odd[3 * i + 1] = 20, odd[3 * i + 2] = 30;
+    const uint8_t px[3] = {bgr ? B : R, G, bgr ? R : B};
+    std::memcpy(&odd[6], px, 3), std::memcpy(&pair[0], px, 3), std::memcpy(&pair[3], px, 3);
+    const Result a = runOn(s, {3, 1}, {odd}), b = runOn(s, {2, 1}, {pair});
+    EXPECT_EQ(a.dst[0][4], b.dst[0][0]) << name << " luma";
+    EXPECT_EQ(a.dst[0][5], b.dst[0][1]) << name << " chroma byte";
+  }
+  // Inverse from packed rows: the last pixel's other chroma is the byte
+  // before its Y; in a row of one pixel its own byte serves as both.
+  struct Case {
+    const char* member;
+    std::vector<uint8_t> row, pair;
+  } cases[] = {
+      {"YCbCr422ToRGB_8u_C2C3R", {50, 60, 70, 80, 90, 100}, {90, 100, 90, 80}},
+      {"YCrCb422ToRGB_8u_C2C3R", {50, 60, 70, 80, 90, 100}, {90, 100, 90, 80}},
+      {"YCbCr422ToRGB_8u_C2C3R", {90, 100}, {90, 100, 90, 100}},
+      {"YCbCr422ToBGR_8u_C2C4R", {50, 60, 70, 80, 90, 100}, {90, 100, 90, 80}},
+  };
+  for (const Case& c : cases) {
+    const Sub& s = find(c.member);
+    const int w = int(c.row.size()) / 2, bpp = s.m.dst[0]({1, 1}).rowBytes;
+    const Result a = runOn(s, {w, 1}, {c.row}), b = runOn(s, {2, 1}, {c.pair});
+    EXPECT_TRUE(std::equal(b.dst[0].begin(), b.dst[0].begin() + bpp, a.dst[0].begin() + (w - 1) * bpp)) << c.member << " width " << w;
+  }
+  // keliYCbCr422ToBGR_8u_C2C3R has no tail: its last pixel is S1 as in the
+  // tail of the C4 member.
+  const Result c3 = runOn(find("YCbCr422ToBGR_8u_C2C3R"), {3, 1}, {{50, 60, 70, 80, 90, 100}});
+  const Result c4 = runOn(find("YCbCr422ToBGR_8u_C2C4R"), {2, 1}, {{90, 100, 90, 80}});
+  EXPECT_TRUE(std::equal(c4.dst[0].begin(), c4.dst[0].begin() + 3, c3.dst[0].begin() + 6));
+}
+
+// 4:1:1 sources whose width leaves 1 to 3 pixels past the last group: they
+// take the last group's chroma, through J2 when 3 are left and through L5
+// when 1 or 2 are left.
+TEST(YccSub, Ycbcr411LastPixels) {
+  struct Case {
+    int w;
+    std::array<int, 3> bgr;
+  } cases[] = {{7, {242, 132, 0}}, {6, {243, 133, 0}}, {5, {243, 133, 0}}};
+  for (const Case& c : cases) {
+    std::vector<uint8_t> y(c.w, 100), u(1, 200), v(1, 50), d(3 * c.w);
+    const Kel8u* sp[3] = {y.data(), u.data(), v.data()};
+    const int ss[3] = {c.w, 1, 1};
+    ASSERT_EQ(keliYCbCr411ToBGR_8u_P3C3R(sp, ss, d.data(), 3 * c.w, {c.w, 1}), kelStatusOk);
+    for (int x = 4; x < c.w; ++x) EXPECT_EQ((std::array<int, 3>{d[3 * x], d[3 * x + 1], d[3 * x + 2]}), c.bgr) << "width " << c.w << " pixel " << x;
+  }
+}
+
+// YCrCb members are their YCbCr counterparts with the chroma planes or bytes
+// exchanged; alpha members write the low 8 bits of alpha.
+TEST(YccSub, CrCbOrderAndAlpha) {
+  std::mt19937 rng(77);
+  const int w = 37, h = 6, cw = w >> 1, ch = h >> 1;
+  std::vector<uint8_t> bgr(3 * w * h), bgra(4 * w * h), rgba(4 * w * h);
+  for (auto& b : bgr) b = uint8_t(rng());
+  for (int i = 0; i < w * h; ++i)
+    for (int k = 0; k < 3; ++k) bgra[4 * i + k] = bgr[3 * i + k], rgba[4 * i + k] = bgr[3 * i + 2 - k];
+  std::vector<uint8_t> y1(w * h), a1(cw * ch), b1(cw * ch), y2(w * h), a2(cw * ch), b2(cw * ch);
+  Kel8u* d1[3] = {y1.data(), a1.data(), b1.data()};
+  Kel8u* d2[3] = {y2.data(), b2.data(), a2.data()};
+  const int ds[3] = {w, cw, cw};
+  EXPECT_EQ(keliBGRToYCbCr420_8u_C3P3R(bgr.data(), 3 * w, d1, ds, {w, h}), kelStatusOddSizeTrimmed);
+  EXPECT_EQ(keliBGRToYCrCb420_8u_C3P3R(bgr.data(), 3 * w, d2, ds, {w, h}), kelStatusOddSizeTrimmed);
+  EXPECT_TRUE(y1 == y2 && a1 == a2 && b1 == b2) << "BGRToYCrCb420 C3";
+  EXPECT_EQ(keliBGRToYCbCr420_8u_AC4P3R(bgra.data(), 4 * w, d1, ds, {w, h}), kelStatusOddSizeTrimmed);
+  EXPECT_EQ(keliRGBToYCrCb420_8u_AC4P3R(rgba.data(), 4 * w, d2, ds, {w, h}), kelStatusOddSizeTrimmed);
+  EXPECT_TRUE(y1 == y2 && a1 == a2 && b1 == b2) << "RGBToYCrCb420 AC4";
+
+  // Packed rows: Y0 Cb Y1 Cr against Y0 Cr Y1 Cb.
+  std::vector<uint8_t> cb(2 * w), cr(2 * w), o1(3 * w), o2(3 * w);
+  for (auto& b : cb) b = uint8_t(rng());
+  cr = cb;
+  for (int j = 0; j + 1 < w; j += 2) std::swap(cr[2 * j + 1], cr[2 * j + 3]);
+  EXPECT_EQ(keliYCbCr422ToRGB_8u_C2C3R(cb.data(), 2 * w, o1.data(), 3 * w, {w - 1, 1}), kelStatusOk);
+  EXPECT_EQ(keliYCrCb422ToRGB_8u_C2C3R(cr.data(), 2 * w, o2.data(), 3 * w, {w - 1, 1}), kelStatusOk);
+  EXPECT_TRUE(o1 == o2) << "YCrCb422ToRGB C2C3R";
+
+  // 4:2:0 planes to four-byte pixels.
+  std::vector<uint8_t> q1(4 * w * h), q2(4 * w * h);
+  const Kel8u* s1[3] = {y1.data(), a1.data(), b1.data()};
+  const Kel8u* s2[3] = {y1.data(), b1.data(), a1.data()};
+  const int ss[3] = {w, cw, cw};
+  EXPECT_EQ(keliYCbCr420ToBGR_8u_P3C4R(s1, ss, q1.data(), 4 * w, {w, h}, 0x3C5), kelStatusOddSizeTrimmed);
+  EXPECT_EQ(keliYCrCb420ToRGB_8u_P3C4R(s2, ss, q2.data(), 4 * w, {w, h}, 0x3C5), kelStatusOddSizeTrimmed);
+  for (int i = 0; i < w * h; ++i) {
+    if ((i % w) >= (w & ~1)) continue;
+    ASSERT_EQ(q1[4 * i], q2[4 * i + 2]) << i;
+    ASSERT_EQ(q1[4 * i + 1], q2[4 * i + 1]) << i;
+    ASSERT_EQ(q1[4 * i + 3], 0xC5) << i;
+    ASSERT_EQ(q2[4 * i + 3], 0xC5) << i;
+  }
+}
