@@ -120,6 +120,44 @@ KELCC_API KelStatus keliYCbCrToBGR_8u_P3C4R(const Kel8u* const src[3], int srcSt
 
 /* ============================================================ RGB <-> subsampled YUV (4:2:2, 4:2:0; planar and packed) */
 /* @section yuv-subsampled */
+/* 4:2:2 members return kelStatusOk for every size that passes the checks;
+   4:2:0 members return kelStatusOddSizeTrimmed when the width or the height
+   is odd (the last odd column and row are then neither read nor written).
+   The forms without R work on tight images. */
+KELCC_API KelStatus keliRGBToYUV422_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToYUV422_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliRGBToYUV422_8u_C3P3(const Kel8u* src, Kel8u* dst[3], KeliSize roi);
+KELCC_API KelStatus keliRGBToYUV422_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], const int dstStep[3],
+                                           KeliSize roi);
+KELCC_API KelStatus keliRGBToYUV422_8u_P3(const Kel8u* const src[3], Kel8u* dst[3], KeliSize roi);
+KELCC_API KelStatus keliRGBToYUV420_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliRGBToYUV420_8u_C3P3(const Kel8u* src, Kel8u* dst[3], KeliSize roi);
+KELCC_API KelStatus keliRGBToYUV420_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], const int dstStep[3],
+                                           KeliSize roi);
+KELCC_API KelStatus keliRGBToYUV420_8u_P3(const Kel8u* const src[3], Kel8u* dst[3], KeliSize roi);
+KELCC_API KelStatus keliBGRToYUV420_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYUV422ToRGB_8u_C2C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYUV422ToRGB_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep,
+                                             KeliSize roi);
+KELCC_API KelStatus keliYUV422ToRGB_8u_P3C3(const Kel8u* const src[3], Kel8u* dst, KeliSize roi);
+KELCC_API KelStatus keliYUV422ToRGB_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], int dstStep,
+                                           KeliSize roi);
+KELCC_API KelStatus keliYUV422ToRGB_8u_P3(const Kel8u* const src[3], Kel8u* dst[3], KeliSize roi);
+/* The fourth byte of every written pixel is set to 0. */
+KELCC_API KelStatus keliYUV422ToRGB_8u_P3AC4R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep,
+                                              KeliSize roi);
+KELCC_API KelStatus keliYUV420ToRGB_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep,
+                                             KeliSize roi);
+KELCC_API KelStatus keliYUV420ToRGB_8u_P3C3(const Kel8u* const src[3], Kel8u* dst, KeliSize roi);
+KELCC_API KelStatus keliYUV420ToRGB_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], int dstStep,
+                                           KeliSize roi);
+KELCC_API KelStatus keliYUV420ToRGB_8u_P3(const Kel8u* const src[3], Kel8u* dst[3], KeliSize roi);
+/* The fourth byte of every written pixel is set to 0. */
+KELCC_API KelStatus keliYUV420ToRGB_8u_P3AC4R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep,
+                                              KeliSize roi);
+/* Minimum size 2 by 2. */
+KELCC_API KelStatus keliYUV420ToBGR_8u_P3C3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep,
+                                             KeliSize roi);
 
 /* ============================================================ RGB and BGR <-> subsampled YCbCr / YCrCb */
 /* @section ycbcr-subsampled */
@@ -298,6 +336,43 @@ KELCC_API KelStatus keliRGBToRGB565_8u16u_C3R(const Kel8u* src, int srcStep, Kel
 
 /* ============================================================ 4:2:2, 4:2:0 and 4:1:1 layout conversions */
 /* @section layouts */
+KELCC_API KelStatus keliCbYCr422ToYCbCr422_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr422_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCrCb422ToYCbCr422_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr422_8u_P3C2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToYCrCb422_8u_C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToYCrCb422_8u_P3C2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420_8u_P2P3R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr420_8u_P3P2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dstY, int dstYStep, Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr411_8u_P2P3R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr411_8u_P3P2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dstY, int dstYStep, Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi);
+KELCC_API KelStatus keliCbYCr422ToYCbCr420_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToYCbCr420_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCrCb422ToYCbCr420_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToYCbCr420_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToYCbCr420_8u_P3P2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dstY, int dstYStep, Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi);
+KELCC_API KelStatus keliCbYCr422ToYCbCr411_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToYCbCr411_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCrCb422ToYCbCr411_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToYCbCr411_8u_C2P2R(const Kel8u* src, int srcStep, Kel8u* dstY, int dstYStep, Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToYCbCr411_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr422ToYCbCr411_8u_P3P2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dstY, int dstYStep, Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToYCbCr422_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToYCbCr422_8u_P2P3R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCrCb420ToYCbCr422_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToYCbCr422_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToYCrCb422_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToYCbCr422_8u_P2P3R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToYCbCr422_8u_P3C2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToYCrCb422_8u_P3C2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToYCbCr422_8u_P2C2R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToYCbCr420_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToYCbCr420_8u_P2P3R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToYCrCb420_8u_P2P3R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr411ToYCbCr420_8u_P3P2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dstY, int dstYStep, Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToYCbCr411_8u_P2P3R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToYCbCr411_8u_P3P2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dstY, int dstYStep, Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi);
+KELCC_API KelStatus keliYCrCb420ToYCbCr411_8u_P3P2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dstY, int dstYStep, Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi);
 
 /* ============================================================ NV12, YV12, YUY2 and UYVY converters, deinterlacing */
 /* @section nv12 */
