@@ -167,7 +167,6 @@ int bodyTo420(int w) { return (w & ~15) + ((w & 7) >= 4 ? 4 : 0); }
 int bodyFrom420(int w) { return 2 * ((w >> 1) & ~3); }
 int bodyC2C3(int w) { return (w & ~31) + (w & 8); }
 int body8(int w) { return w & ~7; }
-int bodyAll(int w) { return w; }
 
 const BlockMember kBlocks[] = {
     {"BGRToYCbCr420_709CSC_C3P3R", Shape::To420, 3, bodyTo420, 16,

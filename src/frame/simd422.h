@@ -1,0 +1,151 @@
+// Vector words for the rows of frame/packed422.h: three-colour pixels in
+// any byte order, the Q13 luma-chroma to RGB body form, the 16-bit fixed
+// point forward forms, and the kernels of the packed 4:2:2 row shapes.
+// Include after defining KEL_ISA, like frame/simd.h.
+#pragma once
+
+#include <type_traits>
+
+#include "frame/packed422.h"
+#include "frame/simd.h"
+
+namespace kel {
+namespace KEL_ISA_NS {
+
+// ---- three-colour pixels, 16 per lane ---------------------------------------
+template <Pix P>
+inline void loadPix(const uint8_t* row, int x, V::v& r, V::v& g, V::v& b) {
+  if constexpr (P == Pix::RGB) {
+    loadC3(row + 3 * x, r, g, b);
+  } else if constexpr (P == Pix::BGR) {
+    loadC3(row + 3 * x, b, g, r);
+  } else {
+    V::v a;
+    loadC4(row + 4 * x, b, g, r, a);
+  }
+}
+template <Pix P>
+inline void storePix(uint8_t* row, int x, V::v r, V::v g, V::v b, int alpha) {
+  if constexpr (P == Pix::RGB) {
+    storeC3(row + 3 * x, r, g, b);
+  } else if constexpr (P == Pix::BGR) {
+    storeC3(row + 3 * x, b, g, r);
+  } else if constexpr (P == Pix::BGRA) {
+    storeC4(row + 4 * x, b, g, r, V::set8(alpha));
+  } else {
+    static_assert(P == Pix::BGRA, "BGRX destinations keep their fourth byte: not a store of this kind");
+  }
+}
+
+// Sums of the two samples of each pixel pair: 8 bytes pairs per lane into
+// eight 16-bit values.
+inline V::v pairSums(V::v x) { return V::add16(V::and_(x, V::set16(0x00FF)), V::srli16<8>(x)); }
+
+inline V::v clamp16(V::v x, int lo, int hi) { return V::min16(V::max16(x, V::set16(lo)), V::set16(hi)); }
+
+// ---- luma-chroma -> RGB, Q13 ----------------------------------------------------
+// The lane form of YccQ13 (frame/packed422.h): 16-bit samples 0..255 in,
+// 16-bit results out, to be packed with unsigned saturation (which is clip8).
+template <class F>
+inline void yccQ13(V::v y, V::v cb, V::v cr, V::v& R, V::v& G, V::v& B) {
+  using v = V::v;
+  v t;
+  if constexpr (std::is_same_v<typename F::L, LumaStudio>)
+    t = V::mulhs(V::slli16<7>(V::sub16(y, V::set16(16))), V::set16(9535));
+  else
+    t = V::slli16<4>(y);
+  t = V::add16(t, V::set16(8));
+  cb = V::slli16<7>(V::sub16(cb, V::set16(128)));
+  cr = V::slli16<7>(V::sub16(cr, V::set16(128)));
+  R = V::srai16<4>(V::add16(t, V::mulhs(cr, V::set16(F::cR))));
+  if constexpr (F::kGreen == Green::Negated)
+    G = V::srai16<4>(V::add16(V::add16(t, V::mulhs(cr, V::set16(-F::cG2))), V::mulhs(cb, V::set16(-F::cG1))));
+  else
+    G = V::srai16<4>(V::sub16(V::sub16(t, V::mulhs(cb, V::set16(F::cG1))), V::mulhs(cr, V::set16(F::cG2))));
+  B = V::srai16<4>(V::add16(t, V::mulhs(cb, V::set16(F::cB))));
+}
+// Sixteen pixels per lane of 8-bit Y, Cb, Cr to 8-bit R, G, B.
+template <class F>
+inline void yccQ13x16(V::v y, V::v cb, V::v cr, V::v& R, V::v& G, V::v& B) {
+  V::v yl, yh, bl, bh, rl, rh, R0, G0, B0, R1, G1, B1;
+  widen(y, yl, yh), widen(cb, bl, bh), widen(cr, rl, rh);
+  yccQ13<F>(yl, bl, rl, R0, G0, B0);
+  yccQ13<F>(yh, bh, rh, R1, G1, B1);
+  R = V::packus16(R0, R1), G = V::packus16(G0, G1), B = V::packus16(B0, B1);
+}
+
+// ---- RGB -> luma-chroma, 16-bit fixed point --------------------------------------
+// Luma: sum of mulhu(sample << 8, weight) plus an offset, >> 7, kept in
+// [Lo, Hi]. Inputs are the samples in the high byte.
+template <int kR, int kG, int kB, int Off, int Lo, int Hi>
+inline V::v lumaQ15(V::v r8, V::v g8, V::v b8) {
+  const V::v s = V::add16(V::add16(V::add16(V::mulhu(r8, V::set16(kR)), V::mulhu(g8, V::set16(kG))),
+                                   V::mulhu(b8, V::set16(kB))),
+                          V::set16(Off));
+  return clamp16(V::srli16<7>(s), Lo, Hi);
+}
+// Chroma from sums shifted left by Shift: with Signed, the sum of
+// mulhs(sum, c); without, mulhu(sum, |c|) added for positive and subtracted
+// for negative coefficients. Then the offset, >> Down, kept in [Lo, Hi].
+// The partial sums stay inside 16 bits for every form that uses this.
+template <bool Signed, int Shift, int cR, int cG, int cB, int Off, int Down, int Lo, int Hi>
+struct ChromaQ {
+  static V::v term(V::v acc, V::v x, int c) {
+    x = V::slli16<Shift>(x);
+    if constexpr (Signed) return V::add16(acc, V::mulhs(x, V::set16(c)));
+    return c >= 0 ? V::add16(acc, V::mulhu(x, V::set16(c))) : V::sub16(acc, V::mulhu(x, V::set16(-c)));
+  }
+  static V::v of(V::v sr, V::v sg, V::v sb) {
+    // The positive term first, as the written forms do; exact either way.
+    V::v s = V::set16(Off);
+    s = term(s, sb, cB), s = term(s, sr, cR), s = term(s, sg, cG);
+    return clamp16(V::srai16<Down>(s), Lo, Hi);
+  }
+};
+
+// ---- kernels of the packed 4:2:2 rows --------------------------------------------
+// CbYCr -> pixels, 16 pixels (32 source bytes) per lane.
+inline constexpr Mask16 maskDupWord(int first) {
+  Mask16 m{};
+  for (int i = 0; i < 16; ++i) m.b[i] = static_cast<int8_t>(4 * (i / 4) + first + (i & 1));
+  return m;
+}
+inline constexpr Mask16 kDupCb = maskDupWord(0), kDupCr = maskDupWord(2);
+
+template <Pix Out, class F>
+int kernFromC2(const RowIO& io, int x, int n) {
+  constexpr int kBlock = 16 * V::kLanes;
+  const V::v lo = V::set16(0x00FF), dupCb = V::bcast(kDupCb.b), dupCr = V::bcast(kDupCr.b);
+  for (; x + kBlock <= n; x += kBlock) {
+    V::v R[2], G[2], B[2];
+    for (int h = 0; h < 2; ++h) {
+      const V::v a = V::load<32>(io.s[0] + 2 * x + 16 * h);
+      const V::v c = V::and_(a, lo);
+      yccQ13<F>(V::srli16<8>(a), V::shuffle8(c, dupCb), V::shuffle8(c, dupCr), R[h], G[h], B[h]);
+    }
+    storePix<Out>(io.d[0], x, V::packus16(R[0], R[1]), V::packus16(G[0], G[1]), V::packus16(B[0], B[1]), io.alpha);
+  }
+  return x;
+}
+
+// Pixels -> CbYCr, 16 pixels per lane. VF::y(r8, g8, b8) gives luma of eight
+// pixels (samples in the high byte), VF::c(sr, sg, sb, cb, cr) the chroma of
+// eight pairs from their sums; all results within 0..255.
+template <Pix In, class VF>
+int kernToC2(const RowIO& io, int x, int n) {
+  constexpr int kBlock = 16 * V::kLanes;
+  for (; x + kBlock <= n; x += kBlock) {
+    V::v r, g, b, rl, rh, gl, gh, bl, bh, cb, cr;
+    loadPix<In>(io.s[0], x, r, g, b);
+    widenHigh(r, rl, rh), widenHigh(g, gl, gh), widenHigh(b, bl, bh);
+    const V::v yl = VF::y(rl, gl, bl), yh = VF::y(rh, gh, bh);
+    VF::c(pairSums(r), pairSums(g), pairSums(b), cb, cr);
+    uint8_t* d = io.d[0] + 2 * x;
+    V::store<32>(d, V::or_(V::unpacklo16(cb, cr), V::slli16<8>(yl)));
+    V::store<32>(d + 16, V::or_(V::unpackhi16(cb, cr), V::slli16<8>(yh)));
+  }
+  return x;
+}
+
+}  // namespace KEL_ISA_NS
+}  // namespace kel
