@@ -95,6 +95,9 @@ struct Member {
   // Bytes per sample (2 for 16-bit, 4 for 32f images): steps and offsets
   // stay whole multiples of it on both sides.
   int sampleBytes = 1;
+  // The member does not examine the height: a height below 1 is no error,
+  // it does nothing and returns kelStatusOk.
+  bool heightUnchecked = false;
 };
 
 KelStatus status420(KeliSize r);
