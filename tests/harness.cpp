@@ -149,6 +149,17 @@ Images makeImages(const Member& m, KeliSize roi, StepMode mode, int align, uint3
   const int pad = 1 + static_cast<int>(seed % 37);
   makeSide(im.src, m.src, m.sharedSrcStep, roi, mode, pad, align, seed, m.evenSrcSteps, m.sampleBytes);
   makeSide(im.dst, m.dst, m.sharedDstStep, roi, mode, pad + 3, (align + 7) & 15, seed ^ 0x5bd1e995u, m.evenDstSteps, m.sampleBytes);
+  if (m.finiteFloats)
+    for (auto& g : im.src) {
+      for (int y = 0; y < g->dim().rows; ++y)
+        for (int x = 0; x + 4 <= g->dim().rowBytes; x += 4) {
+          uint32_t u;
+          std::memcpy(&u, &g->at(x, y), 4);
+          if (((u >> 23) & 0xFF) == 0xFF) u &= ~(1u << 30);  // NaN or infinity: a finite value
+          std::memcpy(&g->at(x, y), &u, 4);
+        }
+      g->snapshot();
+    }
   return im;
 }
 

@@ -95,6 +95,10 @@ struct Member {
   // Bytes per sample (2 for 16-bit, 4 for 32f images): steps and offsets
   // stay whole multiples of it on both sides.
   int sampleBytes = 1;
+  // Float images: random sources hold finite values only. Which NaN payload
+  // survives an operation with two NaN operands depends on their order, which
+  // compilers may swap in scalar code; no result depends on payloads.
+  bool finiteFloats = false;
   // The member does not examine the height: a height below 1 is no error,
   // it does nothing and returns kelStatusOk.
   bool heightUnchecked = false;

@@ -22,6 +22,7 @@ Member grayMember(const char* name, int ch, GrayFn<T> f) {
   Member m{name, {full(ch * int(sizeof(T)))}, {full(int(sizeof(T)))},
            [f](Call& c) { return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi()); }};
   m.sampleBytes = sizeof(T);
+  m.finiteFloats = std::is_same<T, Kel32f>::value;
   return m;
 }
 template <class T>
@@ -29,6 +30,7 @@ Member colorMember(const char* name, int ch, ColorFn<T> f) {
   Member m{name, {full(ch * int(sizeof(T)))}, {full(int(sizeof(T)))},
            [f](Call& c) { return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), kWeights); }};
   m.sampleBytes = sizeof(T);
+  m.finiteFloats = std::is_same<T, Kel32f>::value;
   return m;
 }
 

@@ -1,0 +1,116 @@
+// Kernel drivers of the colour models for the per-ISA files: 8-bit pixels
+// on the integer lane words, 16-bit and float pixels on the float lane words.
+// Include after defining KEL_ISA; everything here lives in the ISA's namespace.
+#pragma once
+
+#include "frame/simd.h"
+#include "frame/simdf.h"
+
+namespace kel {
+namespace KEL_ISA_NS {
+namespace colourv {
+
+using v = V::v;
+using f = F::f;
+using fi = F::i;
+
+// ---- 8u: 16 pixels per lane ------------------------------------------------
+template <int Ch>
+inline void load8(const uint8_t* p, v& a, v& b, v& c) {
+  if constexpr (Ch == 3) {
+    loadC3(p, a, b, c);
+  } else {
+    v alpha;
+    loadC4(p, a, b, c, alpha);
+  }
+}
+// An AC4 destination keeps its fourth byte: read back and written again.
+template <int Ch>
+inline void store8(uint8_t* p, v a, v b, v c) {
+  if constexpr (Ch == 3) {
+    storeC3(p, a, b, c);
+  } else {
+    v o0, o1, o2, alpha;
+    loadC4(p, o0, o1, o2, alpha);
+    storeC4(p, a, b, c, alpha);
+  }
+}
+// Form::vec(a, b, c, x, y, z) maps 16 pixels per lane of 8-bit samples.
+template <int Ch, class Form>
+int kern8(const uint8_t* s, uint8_t* d, int x, int n) {
+  constexpr int kBlock = 16 * V::kLanes;
+  for (; x + kBlock <= n; x += kBlock) {
+    v a, b, c, o0, o1, o2;
+    load8<Ch>(s + Ch * x, a, b, c);
+    Form::vec(a, b, c, o0, o1, o2);
+    store8<Ch>(d + Ch * x, o0, o1, o2);
+  }
+  return x;
+}
+
+// ---- 16-bit and float: 4 pixels per lane ---------------------------------------
+// How results reach the destination samples.
+struct OutF {  // floats as they are (the form applies its own limits)
+  template <class T, int Ch>
+  static void put(T* p, f x, f y, f z) { storePx<Ch>(p, x, y, z); }
+  template <class T>
+  static void put1(T* p, f y) { F::store<16>(p, y); }
+};
+struct OutSat {  // truncated, saturated to the sample range (16s on its offset scale)
+  template <class T>
+  static fi prep(f a) {
+    const fi t = F::cvtt(a);
+    return std::is_same<T, int16_t>::value ? F::sub32(t, F::set32(32768)) : t;
+  }
+  template <class T>
+  static fi pack(fi a, fi b) {
+    if constexpr (std::is_same<T, int16_t>::value) return F::packs32(a, b);
+    else return F::packus32(a, b);
+  }
+  template <class T, int Ch>
+  static void put(T* p, f x, f y, f z) {
+    storePx16<T, Ch>(p, prep<T>(x), prep<T>(y), prep<T>(z), [](fi a, fi b) { return pack<T>(a, b); });
+  }
+  template <class T>
+  static void put1(T* p, f y) {
+    const fi t = prep<T>(y);
+    F::storei8<8>(p, pack<T>(t, t));
+  }
+};
+struct OutWrap {  // truncated, the low 16 bits kept
+  template <class T>
+  static fi prep(f a) {
+    const fi t = OutSat::prep<T>(a);
+    return F::and_(t, F::set32(0xFFFF));
+  }
+  template <class T, int Ch>
+  static void put(T* p, f x, f y, f z) {
+    storePx16<T, Ch>(p, prep<T>(x), prep<T>(y), prep<T>(z), [](fi a, fi b) { return F::packus32(a, b); });
+  }
+  template <class T>
+  static void put1(T* p, f y) {
+    const fi t = prep<T>(y);
+    F::storei8<8>(p, F::packus32(t, t));
+  }
+};
+
+// Form::vec(a, b, c, x, y, z) maps 4 pixels per lane of float channels.
+template <class T, int Ch, class Form, class Out>
+int kernF(const T* s, T* d, int x, int n) {
+  constexpr int kBlock = 4 * F::kLanes;
+  for (; x + kBlock <= n; x += kBlock) {
+    f a, b, c, o0, o1, o2;
+    loadPx<T, Ch>(s + Ch * x, a, b, c);
+    Form::vec(a, b, c, o0, o1, o2);
+    Out::template put<T, Ch>(d + Ch * x, o0, o1, o2);
+  }
+  return x;
+}
+
+// a * k as the scalar forms write it (the product's operand order does not
+// change an IEEE product; only the order of the sums matters).
+inline f mulk(f a, float k) { return F::mul(F::set1(k), a); }
+
+}  // namespace colourv
+}  // namespace KEL_ISA_NS
+}  // namespace kel
