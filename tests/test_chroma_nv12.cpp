@@ -137,28 +137,10 @@ struct Pic {
   int& Cb(int i, int k) { return cb[k * (w / 2) + i]; }
   int& Cr(int i, int k) { return cr[k * (w / 2) + i]; }
 };
-// Planes of one image, each with its own step (row bytes + 3).
-struct Img {
-  std::vector<std::vector<Kel8u>> p;
-  std::vector<int> step;
-  Kel8u& at(int plane, int x, int r) { return p[plane][r * step[plane] + x]; }
-};
-Img alloc(Lay l, int w, int h, std::mt19937& rng) {
-  std::vector<std::pair<int, int>> dims;
-  if (is422(l)) dims = {{2 * w, h}};
-  else if (l == Lay::NV12) dims = {{w, h}, {(w >> 1) * 2, h >> 1}};
-  else dims = {{w, h}, {w >> 1, h >> 1}, {w >> 1, h >> 1}};
-  Img im;
-  for (auto [bytes, rows] : dims) {
-    im.step.push_back(bytes + 3);
-    im.p.emplace_back((bytes + 3) * std::max(rows, 1));
-    for (auto& b : im.p.back()) b = static_cast<Kel8u>(rng());
-  }
-  return im;
-}
-// Reads (Get) or writes the samples of a picture of even size w x h.
+using At = std::function<Kel8u&(int plane, int x, int r)>;
+// Reads (Get) or writes the samples of a picture of even size in layout l.
 template <bool Get>
-void walk(Lay l, Img& im, Pic& pc) {
+void walk(Lay l, const At& at, Pic& pc) {
   auto mv = [](Kel8u& b, int& s) { Get ? void(s = b) : void(b = static_cast<Kel8u>(s)); };
   for (int r = 0; r < pc.h; ++r)
     for (int x = 0; x < pc.w; ++x) {
@@ -166,18 +148,18 @@ void walk(Lay l, Img& im, Pic& pc) {
       const bool chroma = (r % 2 == 0 || is422(l)) && x % 2 == 0;
       if (is422(l)) {
         const int o = l == Lay::UYVY;
-        mv(im.at(0, 2 * x + o, r), pc.Y(x, r));
-        if (chroma) mv(im.at(0, 4 * i + 1 - o, r), pc.Cb(i, k)), mv(im.at(0, 4 * i + 3 - o, r), pc.Cr(i, k));
+        mv(at(0, 2 * x + o, r), pc.Y(x, r));
+        if (chroma) mv(at(0, 4 * i + 1 - o, r), pc.Cb(i, k)), mv(at(0, 4 * i + 3 - o, r), pc.Cr(i, k));
         continue;
       }
-      mv(im.at(0, x, r), pc.Y(x, r));
+      mv(at(0, x, r), pc.Y(x, r));
       if (!chroma) continue;
-      if (l == Lay::NV12) mv(im.at(1, 2 * i, k), pc.Cb(i, k)), mv(im.at(1, 2 * i + 1, k), pc.Cr(i, k));
-      else if (l == Lay::YV12) mv(im.at(2, i, k), pc.Cb(i, k)), mv(im.at(1, i, k), pc.Cr(i, k));
-      else mv(im.at(1, i, k), pc.Cb(i, k)), mv(im.at(2, i, k), pc.Cr(i, k));
+      if (l == Lay::NV12) mv(at(1, 2 * i, k), pc.Cb(i, k)), mv(at(1, 2 * i + 1, k), pc.Cr(i, k));
+      else if (l == Lay::YV12) mv(at(2, i, k), pc.Cb(i, k)), mv(at(1, i, k), pc.Cr(i, k));
+      else mv(at(1, i, k), pc.Cb(i, k)), mv(at(2, i, k), pc.Cr(i, k));
     }
 }
-// The picture on the chroma grid of `to`: 4:2:0 rows repeated, or even rows of 4:2:2.
+// The picture on the other chroma grid: 4:2:0 rows repeated, or the even rows of 4:2:2.
 Pic regrid(const Pic& s, bool to422) {
   Pic d = s;
   d.crows = to422 ? s.h : s.h / 2;
@@ -191,108 +173,310 @@ Pic regrid(const Pic& s, bool to422) {
   return d;
 }
 
-struct MoveCase {
-  const char* name;
-  Lay from, to;
-  std::function<KelStatus(Img&, Img&, KeliSize)> f;
-};
-const MoveCase kMoves[] = {
-    {"NV12ToYUY2", Lay::NV12, Lay::YUY2,
-     [](Img& s, Img& d, KeliSize r) {
-       return keliYCbCr420ToYCbCr422_8u_P2C2R(s.p[0].data(), s.step[0], s.p[1].data(), s.step[1], d.p[0].data(),
-                                              d.step[0], r);
-     }},
-    {"NV12ToUYVY", Lay::NV12, Lay::UYVY,
-     [](Img& s, Img& d, KeliSize r) {
-       return keliYCbCr420ToCbYCr422_8u_P2C2R(s.p[0].data(), s.step[0], s.p[1].data(), s.step[1], d.p[0].data(),
-                                              d.step[0], r);
-     }},
-    {"NV12ToP3", Lay::NV12, Lay::Pair3,
-     [](Img& s, Img& d, KeliSize r) {
-       Kel8u* dp[3] = {d.p[0].data(), d.p[1].data(), d.p[2].data()};
-       return keliYCbCr420ToYCrCb420_8u_P2P3R(s.p[0].data(), s.step[0], s.p[1].data(), s.step[1], dp, d.step.data(), r);
-     }},
-    {"YUY2ToNV12", Lay::YUY2, Lay::NV12,
-     [](Img& s, Img& d, KeliSize r) {
-       return keliYCbCr422ToYCbCr420_8u_C2P2R(s.p[0].data(), s.step[0], d.p[0].data(), d.step[0], d.p[1].data(),
-                                              d.step[1], r);
-     }},
-    {"UYVYToNV12", Lay::UYVY, Lay::NV12,
-     [](Img& s, Img& d, KeliSize r) {
-       return keliCbYCr422ToYCbCr420_8u_C2P2R(s.p[0].data(), s.step[0], d.p[0].data(), d.step[0], d.p[1].data(),
-                                              d.step[1], r);
-     }},
-    {"YUY2ToYV12", Lay::YUY2, Lay::YV12,
-     [](Img& s, Img& d, KeliSize r) {
-       Kel8u* dp[3] = {d.p[0].data(), d.p[1].data(), d.p[2].data()};
-       return keliYCbCr422ToYCrCb420_8u_C2P3R(s.p[0].data(), s.step[0], dp, d.step.data(), r);
-     }},
-    {"UYVYToYV12", Lay::UYVY, Lay::YV12,
-     [](Img& s, Img& d, KeliSize r) {
-       Kel8u* dp[3] = {d.p[0].data(), d.p[1].data(), d.p[2].data()};
-       return keliCbYCr422ToYCrCb420_8u_C2P3R(s.p[0].data(), s.step[0], dp, d.step.data(), r);
-     }},
-    {"YUY2ToUYVY", Lay::YUY2, Lay::UYVY,
-     [](Img& s, Img& d, KeliSize r) {
-       return keliYCbCr422ToCbYCr422_8u_C2R(s.p[0].data(), s.step[0], d.p[0].data(), d.step[0], r);
-     }},
-    {"UYVYToYUY2", Lay::UYVY, Lay::YUY2,
-     [](Img& s, Img& d, KeliSize r) {
-       return keliCbYCr422ToYCbCr422_8u_C2R(s.p[0].data(), s.step[0], d.p[0].data(), d.step[0], r);
-     }},
-    {"YV12ToNV12", Lay::YV12, Lay::NV12,
-     [](Img& s, Img& d, KeliSize r) {
-       const Kel8u* sp[3] = {s.p[0].data(), s.p[1].data(), s.p[2].data()};
-       return keliYCrCb420ToYCbCr420_8u_P3P2R(sp, s.step.data(), d.p[0].data(), d.step[0], d.p[1].data(), d.step[1], r);
-     }},
-    {"YV12ToYUY2", Lay::YV12, Lay::YUY2,
-     [](Img& s, Img& d, KeliSize r) {
-       const Kel8u* sp[3] = {s.p[0].data(), s.p[1].data(), s.p[2].data()};
-       return keliYCrCb420ToYCbCr422_8u_P3C2R(sp, s.step.data(), d.p[0].data(), d.step[0], r);
-     }},
-    {"YV12ToUYVY", Lay::YV12, Lay::UYVY,
-     [](Img& s, Img& d, KeliSize r) {
-       const Kel8u* sp[3] = {s.p[0].data(), s.p[1].data(), s.p[2].data()};
-       return keliYCrCb420ToCbYCr422_8u_P3C2R(sp, s.step.data(), d.p[0].data(), d.step[0], r);
-     }},
-};
+// The plain members, in the order of members(), with their layouts.
+const std::pair<Lay, Lay> kMoves[] = {
+    {Lay::NV12, Lay::YUY2}, {Lay::NV12, Lay::UYVY}, {Lay::NV12, Lay::Pair3}, {Lay::YUY2, Lay::NV12},
+    {Lay::UYVY, Lay::NV12}, {Lay::YUY2, Lay::YV12}, {Lay::UYVY, Lay::YV12}, {Lay::YUY2, Lay::UYVY},
+    {Lay::UYVY, Lay::YUY2}, {Lay::YV12, Lay::NV12}, {Lay::YV12, Lay::YUY2}, {Lay::YV12, Lay::UYVY}};
 
 }  // namespace
 
 // Luma unchanged, chroma moved, repeated or taken from the upper row of each
-// pair; the trimmed odd last row and column, and the step padding, untouched.
+// pair; the odd last row and column that trimming leaves are untouched.
 TEST(Nv12, MovesPlaceEverySampleOnTheTrimmedSize) {
-  std::mt19937 rng(21);
-  for (const MoveCase& mc : kMoves)
+  const std::vector<Member> ms = members();
+  for (int m = 0; m < 12; ++m)
     for (KeliSize roi : {KeliSize{2, 2}, KeliSize{5, 5}, KeliSize{38, 4}, KeliSize{97, 3}, KeliSize{130, 6}}) {
+      const auto [from, to] = kMoves[m];
       const int w = roi.width & ~1, h = roi.height & ~1;
-      Img s = alloc(mc.from, roi.width, roi.height, rng), d = alloc(mc.to, roi.width, roi.height, rng);
-      Pic pc{w, h, is422(mc.from) ? h : h / 2, std::vector<int>(w * h), {}, {}};
+      Images im = makeImages(ms[m], roi, StepMode::Padded, 3, 77 + m);
+      auto at = [](std::vector<std::unique_ptr<Guarded>>& side) {
+        return At([&side](int p, int x, int r) -> Kel8u& { return side[p]->at(x, r); });
+      };
+      Pic pc{w, h, is422(from) ? h : h / 2, std::vector<int>(w * h), {}, {}};
       pc.cb.assign(pc.crows * (w / 2), 0), pc.cr = pc.cb;
-      walk<true>(mc.from, s, pc);
-      Pic out = regrid(pc, is422(mc.to));
-      Img want = d;
-      walk<false>(mc.to, want, out);
-      // The 4:2:2 swaps keep every row, the odd last one too.
-      if (is422(mc.from) && is422(mc.to) && roi.height & 1)
-        for (int x = 0; x < 2 * w; ++x) want.at(0, x, h) = s.at(0, x ^ 1, h);
-      ASSERT_EQ(mc.f(s, d, roi), kelStatusOk) << mc.name;
-      for (size_t k = 0; k < d.p.size(); ++k)
-        EXPECT_TRUE(d.p[k] == want.p[k]) << mc.name << " plane " << k << " at " << roi.width << "x" << roi.height;
+      walk<true>(from, at(im.src), pc);
+      // The expected bytes: the destination as it was, with the picture written.
+      Images want = makeImages(ms[m], roi, StepMode::Padded, 3, 77 + m);
+      Pic out = regrid(pc, is422(to));
+      walk<false>(to, at(want.dst), out);
+      // The 4:2:2 swaps keep every row, an odd last one too.
+      if (is422(from) && is422(to) && roi.height & 1)
+        for (int x = 0; x < 2 * w; ++x) want.dst[0]->at(x, h) = im.src[0]->at(x ^ 1, h);
+      ASSERT_EQ(run(ms[m], im, roi), kelStatusOk) << ms[m].name;
+      for (size_t k = 0; k < im.dst.size(); ++k)
+        EXPECT_TRUE(im.dst[k]->region() == want.dst[k]->region())
+            << ms[m].name << " plane " << k << " at " << roi.width << "x" << roi.height;
     }
 }
 
-// NV12 -> planes -> NV12 exchanges the chroma planes on the way: the planes
-// member keeps the pair order, the NV12 member reads YV12 order.
+// NV12 -> planes -> NV12 exchanges the chroma of each pair on the way: the
+// planes member keeps the pair order, the NV12 member reads Y, Cr, Cb planes.
 TEST(Nv12, PairOrderOfThePlanesMember) {
-  std::mt19937 rng(4);
+  const std::vector<Member> ms = members();
   const KeliSize roi{34, 4};
-  Img nv = alloc(Lay::NV12, 34, 4, rng), p3 = alloc(Lay::Pair3, 34, 4, rng), back = alloc(Lay::NV12, 34, 4, rng);
-  ASSERT_EQ(kMoves[2].f(nv, p3, roi), kelStatusOk);
-  ASSERT_EQ(kMoves[9].f(p3, back, roi), kelStatusOk);
+  Images a = makeImages(ms[2], roi, StepMode::Tight, 0, 5), b = makeImages(ms[9], roi, StepMode::Tight, 0, 6);
+  ASSERT_EQ(run(ms[2], a, roi), kelStatusOk);
+  for (int k = 0; k < 3; ++k) b.src[k] = std::move(a.dst[k]);
+  ASSERT_EQ(run(ms[9], b, roi), kelStatusOk);
   for (int k = 0; k < 2; ++k)
     for (int i = 0; i < 17; ++i) {
-      EXPECT_EQ(back.at(1, 2 * i, k), nv.at(1, 2 * i + 1, k));
-      EXPECT_EQ(back.at(1, 2 * i + 1, k), nv.at(1, 2 * i, k));
+      EXPECT_EQ(b.dst[1]->at(2 * i, k), a.src[1]->at(2 * i + 1, k));
+      EXPECT_EQ(b.dst[1]->at(2 * i + 1, k), a.src[1]->at(2 * i, k));
     }
+}
+
+// ---- the deinterlacers -------------------------------------------------------
+namespace {
+
+int av(int a, int b) { return (a + b + 1) >> 1; }
+// The forms by letter: luma B blend, C centre, E edge, F floor4, f flooredge,
+// P plus4, p plusedge (edge forms take d as their one neighbour); chroma
+// A cavg, H half, K the first row unchanged.
+int form(char f, int u, int c, int d) {
+  switch (f) {
+    case 'B': return av(av(c, u), av(c, d));
+    case 'C': return av(av(u, d), c);
+    case 'E': return av(c, av(c, d));
+    case 'F': return (u + 2 * c + d) >> 2;
+    case 'f': return (3 * c + d) >> 2;
+    case 'P': return std::min((u + 2 * c + d + 4) >> 2, 255);
+    case 'p': return std::min((3 * c + d + 4) >> 2, 255);
+    case 'A': return av(u, d);
+    case 'H': return (u + d) >> 1;
+    default: return u;
+  }
+}
+
+// An NV12 picture and both destinations, with unequal chroma plane steps.
+struct Field {
+  static constexpr int kYs = 96, kCs = 100, kDs = 184, kPs[3] = {96, 50, 56};
+  int w, rows;
+  std::vector<Kel8u> y, c, yuy2, p[3];
+  Field(int w_, int rows_, std::mt19937& rng) : w(w_), rows(rows_) {
+    auto fill = [&](std::vector<Kel8u>& v, size_t n) {
+      v.resize(n);
+      for (auto& b : v) b = static_cast<Kel8u>(rng());
+    };
+    fill(y, kYs * rows), fill(c, kCs * rows / 2), fill(yuy2, kDs * rows);
+    for (int i = 0; i < 3; ++i) fill(p[i], kPs[i] * (i ? rows / 2 : rows));
+  }
+  void flat(int v) { std::fill(y.begin(), y.end(), v), std::fill(c.begin(), c.end(), v); }
+  // Runs a member on the slice of height h whose first row is `top`.
+  KelStatus run(bool toYuy2, int top, int h, uint32_t flags) {
+    const Kel8u* sy = y.data() + kYs * top;
+    const Kel8u* sc = c.data() + kCs * (top / 2);
+    if (toYuy2)
+      return keliYCbCr420ToYCbCr422_Filter_8u_P2C2R(sy, kYs, sc, kCs, yuy2.data() + kDs * top, kDs, {w, h}, flags);
+    Kel8u* d[3] = {p[0].data() + kPs[0] * top, p[1].data() + kPs[1] * (top / 2), p[2].data() + kPs[2] * (top / 2)};
+    return keliYCbCr420ToYCrCb420_Filter_8u_P2P3R(sy, kYs, sc, kCs, d, kPs, {w, h}, flags);
+  }
+  int Y(int r, int x) const { return y[kYs * r + x]; }
+  int C(int r, int x) const { return c[kCs * r + x]; }
+};
+
+// Destination rows relative to the slice: luma row r from rows u, r, d; chroma
+// row j (the YUY2 row, or the plane row) from chroma rows a, b. Columns below
+// `body` take the first form, the others the second.
+struct LRule {
+  int r, u, d;
+  char fb, ft;
+  int body;
+};
+struct CRule {
+  int j, a, b;
+  char fb, ft;
+  int body;
+};
+struct Plan {
+  const char* name;
+  bool yuy2;
+  uint32_t flags;
+  std::vector<LRule> l;
+  std::vector<CRule> c;
+};
+std::vector<LRule> inner(int r0, int r1, char fb, char ft, int body) {
+  std::vector<LRule> v;
+  for (int r = r0; r <= r1; ++r) v.push_back({r, r - 1, r + 1, fb, ft, body});
+  return v;
+}
+// Chroma of YUY2 rows r0..r1 (their pair's rows), or plane rows j0..j1.
+std::vector<CRule> pairs(int r0, int r1, char fb, char ft, int body, bool byRow) {
+  std::vector<CRule> v;
+  for (int r = r0; r <= r1; ++r) {
+    const int k = byRow ? (r >> 1) : r;
+    v.push_back({r, k, k + 1, fb, ft, body});
+  }
+  return v;
+}
+template <class T>
+std::vector<T> cat(std::vector<T> a, const std::vector<T>& b) {
+  a.insert(a.end(), b.begin(), b.end());
+  return a;
+}
+
+// Width 90, slice height 8: luma bodies 64 (w & ~31), 80 (w & ~15), 88 (w & ~7),
+// chroma plane body 32 of 45 pairs.
+std::vector<Plan> plans() {
+  const auto midY = inner(-2, 5, 'B', 'F', 64);
+  const auto midYc = pairs(-2, 5, 'A', 'H', 64, true);
+  return {
+      {"yuy2 whole", true, kWhole,
+       cat(cat({{0, 1, 1, 'p', 'p', 0}, {1, 0, 2, 'P', 'P', 0}}, inner(2, 5, 'B', 'P', 64)),
+           {{6, 5, 7, 'P', 'P', 0}, {7, 6, 6, 'p', 'p', 0}}),
+       cat(cat({{0, 0, 1, 'H', 'H', 0}, {1, 0, 1, 'H', 'H', 0}}, pairs(2, 5, 'A', 'H', 64, true)),
+           {{6, 2, 3, 'H', 'H', 0}, {7, 2, 3, 'H', 'H', 0}})},
+      {"yuy2 first", true, kFirst, cat({{0, 1, 1, 'E', 'f', 88}, {1, 0, 2, 'B', 'F', 88}}, inner(2, 5, 'B', 'F', 64)),
+       cat({{0, 0, 1, 'A', 'H', 88}, {1, 0, 1, 'A', 'H', 88}}, pairs(2, 5, 'A', 'H', 64, true))},
+      {"yuy2 middle", true, kMiddle, midY, midYc},
+      {"yuy2 last", true, kLast, cat(midY, {{6, 5, 7, 'B', 'F', 88}, {7, 6, 6, 'E', 'f', 88}}),
+       cat(midYc, {{6, 2, 3, 'A', 'H', 88}, {7, 2, 3, 'A', 'H', 88}})},
+      {"planes whole", false, kWhole,
+       cat(cat({{0, 1, 1, 'f', 'f', 0}}, inner(1, 6, 'B', 'F', 80)), {{7, 6, 6, 'f', 'f', 0}}),
+       cat(pairs(0, 2, 'A', 'H', 32, false), {{3, 2, 3, 'H', 'H', 0}})},
+      {"planes first", false, kFirst, cat({{0, 1, 1, 'E', 'f', 80}}, inner(1, 5, 'C', 'F', 80)),
+       pairs(0, 2, 'A', 'H', 32, false)},
+      {"planes middle", false, kMiddle, inner(-2, 5, 'B', 'F', 80), pairs(-1, 2, 'A', 'H', 32, false)},
+      {"planes last", false, kLast, cat(inner(-2, 6, 'F', 'F', 0), {{7, 6, 6, 'f', 'f', 0}}),
+       cat(pairs(-1, 2, 'H', 'H', 0, false), {{3, 2, 3, 'H', 'H', 0}})},
+  };
+}
+
+}  // namespace
+
+// Every written row takes the forms, neighbours, chroma rows and body columns
+// of its routine; the middle and last slices complete the rows above their
+// pointers; no other byte changes.
+TEST(Nv12Deinterlace, RowsFormsAndBodyColumnsOfEveryRoutine) {
+  for (const Plan& pl : plans()) {
+    for (kel::Isa isa : paths()) {
+      std::mt19937 rng(17);
+      Field f(90, 24, rng);
+      const int top = pl.flags == kMiddle || pl.flags == kLast ? 8 : 0;
+      Field want = f;
+      for (const LRule& l : pl.l)
+        for (int x = 0; x < 90; ++x) {
+          const int v = form(x < l.body ? l.fb : l.ft, f.Y(top + l.u, x), f.Y(top + l.r, x), f.Y(top + l.d, x));
+          if (pl.yuy2) want.yuy2[Field::kDs * (top + l.r) + 2 * x] = v;
+          else want.p[0][Field::kPs[0] * (top + l.r) + x] = v;
+        }
+      for (const CRule& c : pl.c)
+        for (int x = 0; x < 90; ++x) {
+          const int a = f.C(top / 2 + c.a, x), b = f.C(top / 2 + c.b, x);
+          if (pl.yuy2) {
+            want.yuy2[Field::kDs * (top + c.j) + 2 * x + 1] = form(x < c.body ? c.fb : c.ft, a, 0, b);
+          } else {
+            const int i = x / 2, k = 1 + x % 2;
+            want.p[k][Field::kPs[k] * (top / 2 + c.j) + i] = form(i < c.body ? c.fb : c.ft, a, 0, b);
+          }
+        }
+      IsaScope scope(isa);
+      ASSERT_EQ(f.run(pl.yuy2, top, 8, pl.flags), kelStatusOk);
+      EXPECT_TRUE(f.yuy2 == want.yuy2) << pl.name << " path " << int(isa);
+      for (int k = 0; k < 3; ++k) EXPECT_TRUE(f.p[k] == want.p[k]) << pl.name << " plane " << k << " path " << int(isa);
+    }
+  }
+}
+
+// Flat pictures: where the plus forms stand a flat 100 becomes 101; 255 stays.
+TEST(Nv12Deinterlace, FlatPictures) {
+  struct Case {
+    bool yuy2;
+    uint32_t flags;
+    int h, v;
+    std::function<int(int r, int x)> want;  // luma at row r, column x of the slice
+  } cases[] = {
+      {true, kWhole, 8, 100, [](int r, int x) { return r >= 2 && r <= 5 && x < 64 ? 100 : 101; }},
+      {true, kWhole, 4, 100, [](int, int) { return 101; }},
+      {true, kWhole, 2, 100, [](int, int) { return 101; }},
+      {true, kWhole, 8, 255, [](int, int) { return 255; }},
+      {true, kFirst, 8, 100, [](int, int) { return 100; }},
+      {true, kLast, 8, 100, [](int, int) { return 100; }},
+      {false, kWhole, 8, 100, [](int, int) { return 100; }},
+      {false, kWhole, 4, 100, [](int, int) { return 100; }},
+      {false, kWhole, 2, 100, [](int, int) { return 101; }},
+      {false, kWhole, 2, 255, [](int, int) { return 255; }},
+      {false, kLast, 8, 100, [](int, int) { return 100; }},
+  };
+  std::mt19937 rng(2);
+  for (const Case& c : cases) {
+    Field f(70, 16, rng);
+    f.flat(c.v);
+    const int top = c.flags == kLast ? 8 : 0, rows = c.flags == kLast ? 10 : c.flags == kFirst ? 6 : c.h;
+    ASSERT_EQ(f.run(c.yuy2, top, c.h, c.flags), kelStatusOk);
+    for (int r = 0; r < rows; ++r)
+      for (int x = 0; x < 70; ++x) {
+        const int rr = c.flags == kLast ? r - 2 : r;
+        const int got = c.yuy2 ? f.yuy2[Field::kDs * (top + rr) + 2 * x] : f.p[0][Field::kPs[0] * (top + rr) + x];
+        ASSERT_EQ(got, c.want(rr, x)) << "value " << c.v << " height " << c.h << " flags " << c.flags << " row " << rr
+                                       << " column " << x;
+        if (c.yuy2) ASSERT_EQ(f.yuy2[Field::kDs * (top + rr) + 2 * x + 1], c.v);
+      }
+  }
+}
+
+// Height 2, whole picture: the one chroma row serves both rows unaveraged.
+TEST(Nv12Deinterlace, HeightTwoKeepsTheChromaRow) {
+  std::mt19937 rng(6);
+  Field f(40, 4, rng);
+  ASSERT_EQ(f.run(true, 0, 2, kWhole), kelStatusOk);
+  ASSERT_EQ(f.run(false, 0, 2, kWhole), kelStatusOk);
+  for (int x = 0; x < 40; ++x) {
+    EXPECT_EQ(f.yuy2[2 * x + 1], f.C(0, x));
+    EXPECT_EQ(f.yuy2[Field::kDs + 2 * x + 1], f.C(0, x));
+    EXPECT_EQ(f.p[1 + x % 2][x / 2], f.C(0, x));
+  }
+}
+
+// Only the three single flags and the values holding all three bits do work.
+TEST(Nv12Deinterlace, SliceFlags) {
+  struct Case {
+    uint32_t flags;
+    bool whole;  // else nothing written
+  } cases[] = {{0, false},  {2, false},  {3, false},  {5, false},          {8, false},
+               {17, false}, {20, false}, {21, true},  {23, true}, {0xFFFFFFFFu, true}};
+  std::mt19937 rng(9);
+  for (bool yuy2 : {true, false}) {
+    Field ref(50, 8, rng);
+    Field want = ref;
+    ASSERT_EQ(want.run(yuy2, 0, 8, kWhole), kelStatusOk);
+    for (const Case& c : cases) {
+      Field f = ref;
+      ASSERT_EQ(f.run(yuy2, 0, 8, c.flags), kelStatusOk) << c.flags;
+      const Field& w = c.whole ? want : ref;
+      EXPECT_TRUE(f.yuy2 == w.yuy2 && f.p[0] == w.p[0] && f.p[1] == w.p[1] && f.p[2] == w.p[2]) << c.flags;
+    }
+  }
+}
+
+// A picture converted in slices from the top down agrees with the whole
+// picture where their routines share forms: the blend rows in their body
+// columns (YUY2, whose tails differ) or in all columns (planes), and the
+// chroma that the first and middle slices average.
+TEST(Nv12Deinterlace, SlicesInOrderAgreeWithTheWholePictureWhereTheirFormsMeet) {
+  std::mt19937 rng(12);
+  Field whole(90, 24, rng);
+  Field sliced = whole;
+  ASSERT_EQ(whole.run(true, 0, 24, kWhole), kelStatusOk);
+  ASSERT_EQ(whole.run(false, 0, 24, kWhole), kelStatusOk);
+  for (bool yuy2 : {true, false}) {
+    ASSERT_EQ(sliced.run(yuy2, 0, 8, kFirst), kelStatusOk);
+    ASSERT_EQ(sliced.run(yuy2, 8, 8, kMiddle), kelStatusOk);
+    ASSERT_EQ(sliced.run(yuy2, 16, 8, kLast), kelStatusOk);
+  }
+  for (int r = 2; r <= 21; ++r)
+    for (int x = 0; x < 90; ++x) {
+      const int i = Field::kDs * r + 2 * x;
+      if (x < 64) EXPECT_EQ(sliced.yuy2[i], whole.yuy2[i]) << "yuy2 luma row " << r << " column " << x;
+      EXPECT_EQ(sliced.yuy2[i + 1], whole.yuy2[i + 1]) << "yuy2 chroma row " << r << " column " << x;
+    }
+  for (int r = 6; r <= 13; ++r)
+    EXPECT_TRUE(std::equal(&sliced.p[0][Field::kPs[0] * r], &sliced.p[0][Field::kPs[0] * r + 90],
+                           &whole.p[0][Field::kPs[0] * r]))
+        << "luma row " << r;
+  for (int k = 1; k < 3; ++k)
+    for (int j : {0, 1, 2, 3, 4, 5, 6, 11})
+      EXPECT_TRUE(std::equal(&sliced.p[k][Field::kPs[k] * j], &sliced.p[k][Field::kPs[k] * j + 45],
+                             &whole.p[k][Field::kPs[k] * j]))
+          << "plane " << k << " row " << j;
 }
