@@ -4,6 +4,8 @@
 // of frame/packed422.h. Formulas in cbycr.h.
 #include "cbycr/cbycr.h"
 
+#include <algorithm>
+
 #include "frame/checks.h"
 #include "frame/rows.h"
 #include "tone/gamma_tables.h"
@@ -24,37 +26,73 @@ struct Gamma {
   static int t(int v) { return tableFwd8u[v]; }
 };
 
-// One row of RGB to CbYCr with the 1/4, 1/2, 1/4 chroma filter. The
-// neighbour terms of the odd pixel of a pair serve it and the next pair;
-// the row starts with none (the first pair's sum is not renormalised).
+// RGB to CbYCr with the 1/4, 1/2, 1/4 chroma filter, pairs from column x
+// (even) to n. The neighbour terms of the odd pixel of a pair serve it and
+// the next pair; the row starts with none (the first pair's sum is not
+// renormalised), a run from further in takes them from the pixel before x.
 template <class Curve>
-void rowFiltered(const uint8_t* s, uint8_t* d, int w) {
+int pairsFiltered(const RowIO& io, int x, int n) {
   using F = Filtered;
+  const uint8_t* s = io.s[0];
   int32_t cbLeft = 0, crLeft = 0;
-  int x = 0;
-  for (; x + 1 < w; x += 2) {
+  if (x > 0) {
+    const uint8_t* p = s + 3 * (x - 1);
+    const int R = Curve::t(p[0]), G = Curve::t(p[1]), B = Curve::t(p[2]);
+    cbLeft = F::cbSide(R, G, B), crLeft = F::crSide(R, G, B);
+  }
+  for (; x < n; x += 2) {
     const uint8_t* p = s + 3 * x;
     const int R0 = Curve::t(p[0]), G0 = Curve::t(p[1]), B0 = Curve::t(p[2]);
     const int R1 = Curve::t(p[3]), G1 = Curve::t(p[4]), B1 = Curve::t(p[5]);
     const int32_t cbRight = F::cbSide(R1, G1, B1), crRight = F::crSide(R1, G1, B1);
-    uint8_t* o = d + 2 * x;
+    uint8_t* o = io.d[0] + 2 * x;
     o[0] = static_cast<uint8_t>(F::chroma(cbLeft, F::cbCentre(R0, G0, B0), cbRight));
     o[1] = static_cast<uint8_t>(F::y(R0, G0, B0));
     o[2] = static_cast<uint8_t>(F::chroma(crLeft, F::crCentre(R0, G0, B0), crRight));
     o[3] = static_cast<uint8_t>(F::y(R1, G1, B1));
     cbLeft = cbRight, crLeft = crRight;
   }
+  return x;
+}
+
+// A row, or the part of it from column x (even) on. The vector kernels take
+// the pairs after the first: they read the left neighbour of a pair from the
+// pixel before it. The arithmetic is the same for every pair, so where they
+// stop changes no result.
+template <class Curve>
+void rowFiltered(const RowIO& io, int x, int w, const ChainIO& chain) {
+  if (x == 0) x = pairsFiltered<Curve>(io, 0, std::min(w & ~1, 2));
+  x = pairsFiltered<Curve>(io, runChain(chain, io, x, w & ~1), w & ~1);
   if (x < w) {
-    const uint8_t* p = s + 3 * x;
+    const uint8_t* p = io.s[0] + 3 * x;
     const int R = Curve::t(p[0]), G = Curve::t(p[1]), B = Curve::t(p[2]);
-    d[2 * x] = static_cast<uint8_t>(Last::cb(R, G, B));
-    d[2 * x + 1] = static_cast<uint8_t>(Last::y(R, G, B));
+    io.d[0][2 * x] = static_cast<uint8_t>(Last::cb(R, G, B));
+    io.d[0][2 * x + 1] = static_cast<uint8_t>(Last::y(R, G, B));
+  }
+}
+
+// The gamma member maps a row chunk by chunk through the table into a
+// local buffer, together with the pixel pair before the chunk (the left
+// neighbour of its first pair), and converts each chunk as the plain member
+// does, vector kernels included.
+template <>
+void rowFiltered<Gamma>(const RowIO& io, int, int w, const ChainIO& chain) {
+  constexpr int kChunk = 128;  // pixels, even
+  uint8_t buf[3 * (kChunk + 2)];
+  for (int x0 = 0; x0 < w; x0 += kChunk) {
+    const int from = x0 ? x0 - 2 : 0, to = std::min(w, x0 + kChunk);
+    for (int i = 3 * from; i < 3 * to; ++i) buf[i - 3 * from] = tableFwd8u[io.s[0][i]];
+    const RowIO chunk{{buf}, {io.d[0] + 2 * from}, 0};
+    rowFiltered<Linear>(chunk, x0 - from, to - from, chain);
   }
 }
 
 template <class Curve>
-void myFiltered(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
-  forRows(roi.height, [&](int r) { rowFiltered<Curve>(rowAt(src, srcStep, r), rowAt(dst, dstStep, r), roi.width); });
+void myFiltered(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, const ChainIO& chain) {
+  forRows(roi.height, [&](int r) {
+    const RowIO io{{rowAt(src, srcStep, r)}, {rowAt(dst, dstStep, r)}, 0};
+    rowFiltered<Curve>(io, 0, roi.width, chain);
+  });
 }
 
 inline int body8(int w) { return w & ~7; }
@@ -94,13 +132,13 @@ extern "C" {
 
 KelStatus keliRGBToCbYCr422_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkA({src, dst}, {}, roi)) return st;
-  myFiltered<Linear>(src, srcStep, dst, dstStep, roi);
+  myFiltered<Linear>(src, srcStep, dst, dstStep, roi, chain(&CbYCrKernels::filtered));
   return kelStatusOk;
 }
 
 KelStatus keliRGBToCbYCr422Gamma_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkC({src, dst}, {}, roi, {srcStep, dstStep})) return st;
-  myFiltered<Gamma>(src, srcStep, dst, dstStep, roi);
+  myFiltered<Gamma>(src, srcStep, dst, dstStep, roi, chain(&CbYCrKernels::filtered));
   return kelStatusOk;
 }
 

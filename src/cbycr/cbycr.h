@@ -12,6 +12,7 @@ struct CbYCrKernels {
   KernIO toC2AC4;     // BGRX -> CbYCr, pair means
   KernIO fromC2RGB;   // CbYCr -> RGB
   KernIO fromC2BGRA;  // CbYCr -> BGR + alpha
+  KernIO filtered;    // RGB -> CbYCr with the chroma filter, from the second pair on
 };
 namespace sse41 {
 extern const CbYCrKernels kCbYCrKernels;
