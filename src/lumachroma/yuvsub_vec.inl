@@ -53,46 +53,226 @@ int rgbC3_Q1(const SubRows& io, int x, int n) {
   return x;
 }
 
-// ---- inverse, forms I2 and I3 ------------------------------------------------
+// ---- inverse forms ------------------------------------------------------------
 // Chroma terms of eight pairs per lane, each then doubled to the two pixels
 // of its pair: lo for pixels 0-7, hi for 8-15.
+struct Terms {
+  v rl, rh, gl, gh, bl, bh;
+};
+inline Terms doubled(v r, v g, v b) {
+  return {V::unpacklo16(r, r), V::unpackhi16(r, r), V::unpacklo16(g, g),
+          V::unpackhi16(g, g), V::unpacklo16(b, b), V::unpackhi16(b, b)};
+}
+inline v chroma16(v c8, int shift) {  // (C - 128) << shift of the low 8 bytes per lane
+  const v c = V::sub16(V::unpacklo8(c8, V::zero()), V::set16(128));
+  return shift == 4 ? V::slli16<4>(c) : V::slli16<7>(c);
+}
+// I2, I3: y = Y << 1, chroma << 4, final >> 1.
 template <int cR, int cGu, int cGv, int cB>
 struct Iq {
-  struct Terms {
-    v rl, rh, gl, gh, bl, bh;
-  };
-  static Terms terms(v u8, v w8) {  // eight chroma bytes per lane, low half
-    const v u = V::slli16<4>(V::sub16(V::unpacklo8(u8, V::zero()), V::set16(128)));
-    const v w = V::slli16<4>(V::sub16(V::unpacklo8(w8, V::zero()), V::set16(128)));
-    const v r = V::mulhs(w, V::set16(cR));
-    const v g = V::add16(V::mulhs(u, V::set16(cGu)), V::mulhs(w, V::set16(cGv)));
-    const v b = V::mulhs(u, V::set16(cB));
-    return {V::unpacklo16(r, r), V::unpackhi16(r, r), V::unpacklo16(g, g),
-            V::unpackhi16(g, g), V::unpacklo16(b, b), V::unpackhi16(b, b)};
+  static Terms terms(v u8, v w8) {
+    const v u = chroma16(u8, 4), w = chroma16(w8, 4);
+    return doubled(V::mulhs(w, V::set16(cR)), V::add16(V::mulhs(u, V::set16(cGu)), V::mulhs(w, V::set16(cGv))),
+                   V::mulhs(u, V::set16(cB)));
   }
-  // Sixteen luma bytes per lane to R, G, B bytes.
+  static v one(v y, v t) { return V::srai16<1>(V::add16(y, t)); }
   static void apply(const Terms& t, v y8, v& R, v& G, v& B) {
     v yl, yh;
     widen(y8, yl, yh);
     yl = V::slli16<1>(yl), yh = V::slli16<1>(yh);
-    R = V::packus16(V::srai16<1>(V::add16(yl, t.rl)), V::srai16<1>(V::add16(yh, t.rh)));
-    G = V::packus16(V::srai16<1>(V::add16(yl, t.gl)), V::srai16<1>(V::add16(yh, t.gh)));
-    B = V::packus16(V::srai16<1>(V::add16(yl, t.bl)), V::srai16<1>(V::add16(yh, t.bh)));
+    R = V::packus16(one(yl, t.rl), one(yh, t.rh));
+    G = V::packus16(one(yl, t.gl), one(yh, t.gh));
+    B = V::packus16(one(yl, t.bl), one(yh, t.bh));
   }
 };
 using I2 = Iq<9338, -3227, -4759, 16645>;
 using I3 = Iq<9339, -3228, -4760, 16646>;
+// IA: y = Y << 4, chroma << 7, rounding 8, final >> 4; the green products
+// are summed and subtracted together.
+struct IA {
+  static Terms terms(v u8, v w8) {
+    const v u = chroma16(u8, 7), w = chroma16(w8, 7), r8 = V::set16(8);
+    const v c = V::add16(V::mulhs(u, V::set16(3227)), V::mulhs(w, V::set16(4759)));
+    return doubled(V::add16(V::mulhs(w, V::set16(9338)), r8), V::sub16(r8, c),
+                   V::add16(V::mulhs(u, V::set16(16646)), r8));
+  }
+  static v one(v y, v t) { return V::srai16<4>(V::add16(y, t)); }
+  static void apply(const Terms& t, v y8, v& R, v& G, v& B) {
+    v yl, yh;
+    widen(y8, yl, yh);
+    yl = V::slli16<4>(yl), yh = V::slli16<4>(yh);
+    R = V::packus16(one(yl, t.rl), one(yh, t.rh));
+    G = V::packus16(one(yl, t.gl), one(yh, t.gh));
+    B = V::packus16(one(yl, t.bl), one(yh, t.bh));
+  }
+};
 
-template <class F, bool Bgr>
-int yuv420C3(const SubRows& io, int x, int n) {
+// Sources: 16 luma bytes of row r and the 8 chroma bytes of their pairs.
+struct FromP3 {
+  static void load(const SubRows& io, int r, int x, v& y, v& u, v& w) {
+    y = V::load<16>(io.s[r][0] + x);
+    u = V::load8<8>(io.s[0][1] + x / 2), w = V::load8<8>(io.s[0][2] + x / 2);
+  }
+};
+// Packed Y0 U Y1 V: per 16-byte block, luma to the low half, U and V of
+// its four pairs to the high half.
+inline constexpr Mask16 kYuyvSplit = {{0, 2, 4, 6, 8, 10, 12, 14, 1, 5, 9, 13, 3, 7, 11, 15}};
+struct FromC2 {
+  static void load(const SubRows& io, int, int x, v& y, v& u, v& w) {
+    const v m = V::bcast(kYuyvSplit.b);
+    const v a = V::shuffle8(V::load<32>(io.s[0][0] + 2 * x), m);
+    const v b = V::shuffle8(V::load<32>(io.s[0][0] + 2 * x + 16), m);
+    y = V::unpacklo64(a, b);
+    u = V::unpackhi32(a, b);  // U0-3 U4-7 V0-3 V4-7
+    w = V::bsrli<8>(u);
+  }
+};
+// Destinations of row r.
+struct ToRGB {
+  static void store(const SubRows& io, int r, int x, v R, v G, v B) { storeC3(io.d[r][0] + 3 * x, R, G, B); }
+};
+struct ToBGR {
+  static void store(const SubRows& io, int r, int x, v R, v G, v B) { storeC3(io.d[r][0] + 3 * x, B, G, R); }
+};
+struct ToRGBA {
+  static void store(const SubRows& io, int r, int x, v R, v G, v B) {
+    storeC4(io.d[r][0] + 4 * x, R, G, B, V::set8(io.alpha));
+  }
+};
+struct ToRGBP {
+  static void store(const SubRows& io, int r, int x, v R, v G, v B) {
+    V::store<16>(io.d[r][0] + x, R), V::store<16>(io.d[r][1] + x, G), V::store<16>(io.d[r][2] + x, B);
+  }
+};
+
+// Rows = 1 for a 4:2:2 row, 2 for a 4:2:0 row pair (the chroma terms are
+// formed once for both rows).
+template <class F, class In, class Out, int Rows>
+int inv(const SubRows& io, int x, int n) {
   for (; x + kBlock <= n; x += kBlock) {
-    const typename F::Terms t = F::terms(V::load8<8>(io.s[0][1] + x / 2), V::load8<8>(io.s[0][2] + x / 2));
-    for (int k = 0; k < 2; ++k) {
+    v y, u, w;
+    In::load(io, 0, x, y, u, w);
+    const Terms t = F::terms(u, w);
+    for (int k = 0; k < Rows; ++k) {
+      if (k) y = V::load<16>(io.s[k][0] + x);
       v R, G, B;
-      F::apply(t, V::load<16>(io.s[k][0] + x), R, G, B);
-      if (Bgr) storeC3(io.d[k][0] + 3 * x, B, G, R);
-      else storeC3(io.d[k][0] + 3 * x, R, G, B);
+      F::apply(t, y, R, G, B);
+      Out::store(io, k, x, R, G, B);
     }
+  }
+  return x;
+}
+
+// ---- forward 4:2:2 -------------------------------------------------------------
+// Sources: 16 pixels per lane of row 0 as bytes.
+struct RgbC3 {
+  static void load(const SubRows& io, int r, int x, v& R, v& G, v& B) { loadC3(io.s[r][0] + 3 * x, R, G, B); }
+};
+struct RgbP3 {
+  static void load(const SubRows& io, int r, int x, v& R, v& G, v& B) {
+    R = V::load<16>(io.s[r][0] + x), G = V::load<16>(io.s[r][1] + x), B = V::load<16>(io.s[r][2] + x);
+  }
+};
+// Destinations: 16 luma bytes, and U, V of the 8 pairs in the low 8 bytes
+// of each lane.
+struct ToYuvP3 {
+  static void store(const SubRows& io, int x, v Y, v U, v W) {
+    V::store<16>(io.d[0][0] + x, Y);
+    V::store8<8>(io.d[0][1] + x / 2, U);
+    V::store8<8>(io.d[0][2] + x / 2, W);
+  }
+};
+struct ToYuyv {
+  static void store(const SubRows& io, int x, v Y, v U, v W) {
+    const v uv = V::unpacklo8(U, W);
+    V::store<32>(io.d[0][0] + 2 * x, V::unpacklo8(Y, uv));
+    V::store<32>(io.d[0][0] + 2 * x + 16, V::unpackhi8(Y, uv));
+  }
+};
+inline v chromaOut(v c) { return V::packus16(c, c); }
+
+// P1: the R and G terms by 32-bit dot products shifted together, the B term
+// (3736 B) >> 14 as the high half of (B << 2) * 3736.
+struct FP1 {
+  static v rgTerm(v r, v g) {  // eight pixels
+    const v k = V::set32((19235 << 16) | 9798);
+    return V::packs32(V::srai32<14>(V::madd16(V::unpacklo16(r, g), k)),
+                      V::srai32<14>(V::madd16(V::unpackhi16(r, g), k)));
+  }
+  static v s(v r, v g, v b) { return V::add16(rgTerm(r, g), V::mulhu(V::slli16<2>(b), V::set16(3736))); }
+  static void run(v R, v G, v B, v& Y, v& U, v& W) {
+    v rl, rh, gl, gh, bl, bh;
+    widen(R, rl, rh), widen(G, gl, gh), widen(B, bl, bh);
+    const v sl = s(rl, gl, bl), sh = s(rh, gh, bh);
+    Y = V::packus16(V::srai16<1>(sl), V::srai16<1>(sh));
+    const v T = pairSums<1>(sl, sh);
+    U = chromaOut(V::add16(V::mulhs(V::sub16(pairSums<0>(bl, bh), T), V::set16(16121)), V::set16(128)));
+    W = chromaOut(V::add16(V::mulhs(V::sub16(pairSums<0>(rl, rh), T), V::set16(28737)), V::set16(128)));
+  }
+};
+// P2: samples spread to 10 bits, e(x) = (257 x) >> 6.
+struct FP2 {
+  static v e(v x) { return V::srli16<6>(V::mullo16(x, V::set16(257))); }
+  static void run(v R, v G, v B, v& Y, v& U, v& W) {
+    v rl, rh, gl, gh, bl, bh;
+    widen(R, rl, rh), widen(G, gl, gh), widen(B, bl, bh);
+    rl = e(rl), rh = e(rh), gl = e(gl), gh = e(gh), bl = e(bl), bh = e(bh);
+    auto s = [](v r, v g, v b) {
+      return V::add16(V::add16(V::mulhs(r, V::set16(9798)), V::mulhs(g, V::set16(19235))), V::mulhs(b, V::set16(3736)));
+    };
+    const v sl = s(rl, gl, bl), sh = s(rh, gh, bh);
+    Y = V::packus16(V::srai16<1>(sl), V::srai16<1>(sh));
+    const v D = pairSums<0>(sl, sh);
+    U = chromaOut(V::add16(V::srai16<1>(V::mulhs(V::sub16(pairSums<1>(bl, bh), D), V::set16(16121))), V::set16(128)));
+    W = chromaOut(V::add16(V::srai16<1>(V::mulhs(V::sub16(pairSums<1>(rl, rh), D), V::set16(28737))), V::set16(128)));
+  }
+};
+// P3: Q14 through the rounding product.
+struct FP3 {
+  static void run(v R, v G, v B, v& Y, v& U, v& W) {
+    v rl, rh, gl, gh, bl, bh;
+    widenHigh(R, rl, rh), widenHigh(G, gl, gh), widenHigh(B, bl, bh);
+    const v yl = lumaQ14(rl, gl, bl), yh = lumaQ14(rh, gh, bh);
+    Y = V::packus16(V::srli16<6>(yl), V::srli16<6>(yh));
+    const v S = pairSums<0>(yl, yh);
+    // Pair sums of the samples (inputs are x << 8), moved to << 6.
+    const v sB = V::slli16<6>(pairSums<0>(V::srli16<8>(bl), V::srli16<8>(bh)));
+    const v sR = V::slli16<6>(pairSums<0>(V::srli16<8>(rl), V::srli16<8>(rh)));
+    U = chromaOut(V::add16(V::srai16<6>(V::mulhr(V::sub16(sB, S), V::set16(8061))), V::set16(128)));
+    W = chromaOut(V::add16(V::srai16<6>(V::mulhr(V::sub16(sR, S), V::set16(14369))), V::set16(128)));
+  }
+};
+template <class F, class In, class Out>
+int fwd422(const SubRows& io, int x, int n) {
+  for (; x + kBlock <= n; x += kBlock) {
+    v R, G, B, Y, U, W;
+    In::load(io, 0, x, R, G, B);
+    F::run(R, G, B, Y, U, W);
+    Out::store(io, x, Y, U, W);
+  }
+  return x;
+}
+
+// ---- 4:2:0 forward, form Q4 (four-byte B, G, R, X source) ----------------------
+int bgrx_Q4(const SubRows& io, int x, int n) {
+  auto s = [](v r, v g, v b) {
+    return V::add16(V::add16(V::mulhs(V::slli16<2>(r), V::set16(9798)), V::mulhs(V::slli16<2>(g), V::set16(19235))),
+                    V::mulhs(V::slli16<2>(b), V::set16(3736)));
+  };
+  for (; x + kBlock <= n; x += kBlock) {
+    v sl[2], sh[2], rl[2], rh[2], bl[2], bh[2];
+    for (int k = 0; k < 2; ++k) {
+      v B, G, R, X, gl, gh;
+      loadC4(io.s[k][0] + 4 * x, B, G, R, X);
+      widen(R, rl[k], rh[k]), widen(G, gl, gh), widen(B, bl[k], bh[k]);
+      sl[k] = s(rl[k], gl, bl[k]), sh[k] = s(rh[k], gh, bh[k]);
+      V::store<16>(io.d[k][0] + x, V::packus16(V::srai16<1>(sl[k]), V::srai16<1>(sh[k])));
+    }
+    const v D = pairSums<2>(V::add16(sl[0], sl[1]), V::add16(sh[0], sh[1]));
+    const v sB = pairSums<1>(V::add16(bl[0], bl[1]), V::add16(bh[0], bh[1]));
+    const v sR = pairSums<1>(V::add16(rl[0], rl[1]), V::add16(rh[0], rh[1]));
+    V::store8<8>(io.d[0][1] + x / 2, chromaOut(V::add16(V::mulhs(V::sub16(sB, D), V::set16(16121)), V::set16(128))));
+    V::store8<8>(io.d[0][2] + x / 2, chromaOut(V::add16(V::mulhs(V::sub16(sR, D), V::set16(28737)), V::set16(128))));
   }
   return x;
 }
@@ -100,19 +280,19 @@ int yuv420C3(const SubRows& io, int x, int n) {
 }  // namespace
 
 extern const YuvSubKernels kYuvSubKernels = {
-    /* rgbC3C2_P1 */ nullptr,
-    /* rgbC3P3_P1 */ nullptr,
-    /* rgbC3P3_P3 */ nullptr,
-    /* rgbP3_P2 */ nullptr,
-    /* rgbC3_Q1 */ rgbC3_Q1,
-    /* bgrx_Q4 */ nullptr,
-    /* yuvC2C3_I2 */ nullptr,
-    /* yuvP3C3_I2 */ nullptr,
-    /* yuvP3_I2 */ nullptr,
-    /* yuvP3C4_IA */ nullptr,
-    /* yuv420C3_I2 */ yuv420C3<I2, false>,
-    /* yuv420C4_IA */ nullptr,
-    /* yuv420BGR_I3 */ yuv420C3<I3, true>,
+    fwd422<FP1, RgbC3, ToYuyv>,
+    fwd422<FP1, RgbC3, ToYuvP3>,
+    fwd422<FP3, RgbC3, ToYuvP3>,
+    fwd422<FP2, RgbP3, ToYuvP3>,
+    rgbC3_Q1,
+    bgrx_Q4,
+    inv<I2, FromC2, ToRGB, 1>,
+    inv<I2, FromP3, ToRGB, 1>,
+    inv<I2, FromP3, ToRGBP, 1>,
+    inv<IA, FromP3, ToRGBA, 1>,
+    inv<I2, FromP3, ToRGB, 2>,
+    inv<IA, FromP3, ToRGBA, 2>,
+    inv<I3, FromP3, ToBGR, 2>,
 };
 
 }  // namespace KEL_ISA_NS
