@@ -21,6 +21,9 @@ inline v pairSums(v lo, v hi) {
   return V::packs32(V::srli32<Shift>(V::madd16(lo, one)), V::srli32<Shift>(V::madd16(hi, one)));
 }
 
+// Sums of adjacent bytes (unsigned) as eight 16-bit values per lane.
+inline v bytePairs(v x) { return V::maddubs(x, V::set8(1)); }
+
 // ---- 4:2:0 forward, form Q1 ------------------------------------------------
 // Luma terms y = mulhr(R << 7, 4899) + ... of eight pixels (inputs x << 8).
 inline v lumaQ14(v r8, v g8, v b8) {
@@ -39,12 +42,7 @@ int rgbC3_Q1(const SubRows& io, int x, int n) {
     }
     // S: the four luma terms of a block summed (below 65536) and halved.
     const v S = pairSums<1>(V::add16(yl[0], yl[1]), V::add16(yh[0], yh[1]));
-    auto sum4 = [](v t, v u) {  // sums of the four samples of each block
-      v tl, th, ul, uh;
-      widen(t, tl, th), widen(u, ul, uh);
-      return pairSums<0>(V::add16(tl, ul), V::add16(th, uh));
-    };
-    const v sR = sum4(r[0], r[1]), sB = sum4(b[0], b[1]);
+    const v sR = V::add16(bytePairs(r[0]), bytePairs(r[1])), sB = V::add16(bytePairs(b[0]), bytePairs(b[1]));
     const v U = V::add16(V::srai16<6>(V::mulhr(V::sub16(V::slli16<5>(sB), S), V::set16(8061))), V::set16(128));
     const v W = V::add16(V::srai16<6>(V::mulhr(V::sub16(V::slli16<5>(sR), S), V::set16(14369))), V::set16(128));
     V::store8<8>(io.d[0][1] + x / 2, V::packus16(U, U));
@@ -206,8 +204,8 @@ struct FP1 {
     const v sl = s(rl, gl, bl), sh = s(rh, gh, bh);
     Y = V::packus16(V::srai16<1>(sl), V::srai16<1>(sh));
     const v T = pairSums<1>(sl, sh);
-    U = chromaOut(V::add16(V::mulhs(V::sub16(pairSums<0>(bl, bh), T), V::set16(16121)), V::set16(128)));
-    W = chromaOut(V::add16(V::mulhs(V::sub16(pairSums<0>(rl, rh), T), V::set16(28737)), V::set16(128)));
+    U = chromaOut(V::add16(V::mulhs(V::sub16(bytePairs(B), T), V::set16(16121)), V::set16(128)));
+    W = chromaOut(V::add16(V::mulhs(V::sub16(bytePairs(R), T), V::set16(28737)), V::set16(128)));
   }
 };
 // P2: samples spread to 10 bits, e(x) = (257 x) >> 6.
@@ -235,9 +233,7 @@ struct FP3 {
     const v yl = lumaQ14(rl, gl, bl), yh = lumaQ14(rh, gh, bh);
     Y = V::packus16(V::srli16<6>(yl), V::srli16<6>(yh));
     const v S = pairSums<0>(yl, yh);
-    // Pair sums of the samples (inputs are x << 8), moved to << 6.
-    const v sB = V::slli16<6>(pairSums<0>(V::srli16<8>(bl), V::srli16<8>(bh)));
-    const v sR = V::slli16<6>(pairSums<0>(V::srli16<8>(rl), V::srli16<8>(rh)));
+    const v sB = V::slli16<6>(bytePairs(B)), sR = V::slli16<6>(bytePairs(R));
     U = chromaOut(V::add16(V::srai16<6>(V::mulhr(V::sub16(sB, S), V::set16(8061))), V::set16(128)));
     W = chromaOut(V::add16(V::srai16<6>(V::mulhr(V::sub16(sR, S), V::set16(14369))), V::set16(128)));
   }
@@ -260,17 +256,17 @@ int bgrx_Q4(const SubRows& io, int x, int n) {
                     V::mulhs(V::slli16<2>(b), V::set16(3736)));
   };
   for (; x + kBlock <= n; x += kBlock) {
-    v sl[2], sh[2], rl[2], rh[2], bl[2], bh[2];
+    v sl[2], sh[2], r8[2], b8[2];
     for (int k = 0; k < 2; ++k) {
-      v B, G, R, X, gl, gh;
-      loadC4(io.s[k][0] + 4 * x, B, G, R, X);
-      widen(R, rl[k], rh[k]), widen(G, gl, gh), widen(B, bl[k], bh[k]);
-      sl[k] = s(rl[k], gl, bl[k]), sh[k] = s(rh[k], gh, bh[k]);
+      v G, X, rl, rh, gl, gh, bl, bh;
+      loadC4(io.s[k][0] + 4 * x, b8[k], G, r8[k], X);
+      widen(r8[k], rl, rh), widen(G, gl, gh), widen(b8[k], bl, bh);
+      sl[k] = s(rl, gl, bl), sh[k] = s(rh, gh, bh);
       V::store<16>(io.d[k][0] + x, V::packus16(V::srai16<1>(sl[k]), V::srai16<1>(sh[k])));
     }
     const v D = pairSums<2>(V::add16(sl[0], sl[1]), V::add16(sh[0], sh[1]));
-    const v sB = pairSums<1>(V::add16(bl[0], bl[1]), V::add16(bh[0], bh[1]));
-    const v sR = pairSums<1>(V::add16(rl[0], rl[1]), V::add16(rh[0], rh[1]));
+    const v sB = V::srli16<1>(V::add16(bytePairs(b8[0]), bytePairs(b8[1])));
+    const v sR = V::srli16<1>(V::add16(bytePairs(r8[0]), bytePairs(r8[1])));
     V::store8<8>(io.d[0][1] + x / 2, chromaOut(V::add16(V::mulhs(V::sub16(sB, D), V::set16(16121)), V::set16(128))));
     V::store8<8>(io.d[0][2] + x / 2, chromaOut(V::add16(V::mulhs(V::sub16(sR, D), V::set16(28737)), V::set16(128))));
   }
