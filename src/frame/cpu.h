@@ -48,5 +48,14 @@ inline Chain<K> chainFor(K T::*m, const T& sse41, const T& avx2) {
   if (isa >= Isa::SSE41) return {{sse41.*m, nullptr}};
   return {};
 }
+// The same for tables that hold their kernels in arrays: `pick(table)` gives
+// the kernel of one table (for example t.k[layout][format]).
+template <class T, class Pick>
+inline auto chainOf(Pick pick, const T& sse41, const T& avx2) -> Chain<decltype(pick(sse41))> {
+  const Isa isa = activeIsa();
+  if (isa >= Isa::AVX2) return {{pick(avx2), pick(sse41)}};
+  if (isa >= Isa::SSE41) return {{pick(sse41), nullptr}};
+  return {};
+}
 
 }  // namespace kel

@@ -1,0 +1,2 @@
+#define KEL_ISA KEL_ISA_SSE41
+#include "packed/ycbcr16_vec.inl"
