@@ -55,6 +55,12 @@ struct V {
   static v load8(const void* p) { return _mm_loadl_epi64(static_cast<const __m128i*>(p)); }
   template <int Stride>
   static void store8(void* p, v x) { _mm_storel_epi64(static_cast<__m128i*>(p), x); }
+  // The low 8 bytes of every lane to lo, the high 8 bytes to hi, each side
+  // contiguous (8 * kLanes bytes).
+  static void storeHalves(void* lo, void* hi, v x) {
+    _mm_storel_epi64(static_cast<__m128i*>(lo), x);
+    _mm_storeh_pd(static_cast<double*>(hi), _mm_castsi128_pd(x));
+  }
   // The same 16 bytes in every lane.
   static v bcast(const void* p16) { return _mm_loadu_si128(static_cast<const __m128i*>(p16)); }
 
@@ -187,6 +193,14 @@ struct V {
     char* c = static_cast<char*>(p);
     _mm_storel_epi64(reinterpret_cast<__m128i*>(c), _mm256_castsi256_si128(x));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(c + Stride), _mm256_extracti128_si256(x, 1));
+  }
+  static v bcast(const void* p16) {
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(c + Stride), _mm256_extracti128_si256(x, 1));
+  }
+  static void storeHalves(void* lo, void* hi, v x) {
+    const __m256i q = _mm256_permute4x64_epi64(x, 0xD8);
+    _mm_storeu_si128(static_cast<__m128i*>(lo), _mm256_castsi256_si128(q));
+    _mm_storeu_si128(static_cast<__m128i*>(hi), _mm256_extracti128_si256(q, 1));
   }
   static v bcast(const void* p16) {
     return _mm256_broadcastsi128_si256(_mm_loadu_si128(static_cast<const __m128i*>(p16)));
