@@ -68,8 +68,15 @@ int yuy2K(const uint8_t* u, const uint8_t* c, const uint8_t* d, const uint8_t* a
   for (; x + kB <= n; x += kB) {
     const v y = luma<L>(V::load<16>(u + x), V::load<16>(c + x), V::load<16>(d + x));
     const v ch = chroma<C>(V::load<16>(a + x), V::load<16>(b + x));
-    V::store<32>(dst + 2 * x, V::unpacklo8(y, ch));
-    V::store<32>(dst + 2 * x + 16, V::unpackhi8(y, ch));
+    const v lo = V::unpacklo8(y, ch), hi = V::unpackhi8(y, ch);
+#if KEL_ISA == KEL_ISA_AVX2
+    // Lane pairs together: whole 32-byte stores.
+    V::store<16>(dst + 2 * x, _mm256_permute2x128_si256(lo, hi, 0x20));
+    V::store<16>(dst + 2 * x + 32, _mm256_permute2x128_si256(lo, hi, 0x31));
+#else
+    V::store<16>(dst + 2 * x, lo);
+    V::store<16>(dst + 2 * x + 16, hi);
+#endif
   }
   return x;
 }

@@ -19,24 +19,34 @@
 //  YCrCb420ToYCbCr422  P3C2R       YV12  YUY2  row repeat   pack4 (nt when large)
 //  YCrCb420ToCbYCr422  P3C2R       YV12  UYVY  row repeat   pack4 (nt when large)
 #include <cstdint>
+#include <initializer_list>
+#include <utility>
 
 #include "chroma/nv12_rows.h"
 #include "frame/checks.h"
 #include "frame/rows.h"
+#include "kelcore.h"
 
 namespace kel {
 namespace {
 
 using mv::Moves;
 
-// Above this many bytes of steps times rows the destination is written with
-// non-temporal stores when it lies on 16-byte boundaries: the picture is
-// taken to be larger than the caches, and is not read back soon.
+// Non-temporal stores for a destination on 16-byte boundaries when the sum
+// of the steps of the call times the rows is above 512 KiB, and the
+// destination itself (its step times the rows) is larger than the
+// processor's largest cache. The second test is ours: below that size the
+// written picture stays in the cache for whoever reads it next, and streaming
+// it past the cache only makes the call slower (a 1080p YUY2 frame is about
+// 4 MB; caches of 32 MB are common). Where the cache size is not known the
+// first test decides alone. The stores change no result.
 constexpr int64_t kStreamBytes = 524288;
-inline bool large(std::initializer_list<int> steps, int h) {
+inline bool large(std::initializer_list<int> steps, int dstStep, int h) {
   int64_t sum = 0;
   for (int s : steps) sum += s;
-  return sum * h > kStreamBytes;
+  if (sum * h <= kStreamBytes) return false;
+  int cache = 0;
+  return kelGetMaxCacheSizeB(&cache) != 0 || static_cast<int64_t>(dstStep < 0 ? -dstStep : dstStep) * h > cache;
 }
 
 // The trimmed size.
@@ -46,6 +56,19 @@ struct Even {
 inline Even even(KeliSize roi) { return {roi.width & ~1, roi.height & ~1}; }
 
 // ---- row drivers ---------------------------------------------------------
+// Rows 0 .. h-1 of a plane by f(row pointers..., n); where every plane's step
+// is exactly its row's bytes the rows lie end to end and go as one long row.
+// (The long row's count must fit a row count.)
+inline bool endToEnd(std::initializer_list<std::pair<int, int>> stepAndBytes, int rows) {
+  for (auto [step, bytes] : stepAndBytes)
+    if (step != bytes || static_cast<int64_t>(bytes) * rows > (1 << 30)) return false;
+  return true;
+}
+inline void copyPlane(const Kel8u* s, int ss, Kel8u* d, int ds, int w, int h) {
+  if (endToEnd({{ss, w}, {ds, w}}, h)) return mv::copy(s, d, w * h);
+  forRows(h, [&](int r) { mv::copy(rowAt(s, ss, r), rowAt(d, ds, r), w); });
+}
+
 // NV12 to a 4:2:2 quad stream: each chroma row serves both rows of its pair.
 template <bool CbYCr>
 void myNV12ToQuads(const Kel8u* srcY, int ys, const Kel8u* srcC, int cs, Kel8u* dst, int ds, Even e) {
@@ -112,7 +135,7 @@ void mySwapRows(const Kel8u* src, int ss, Kel8u* dst, int ds, int w, int h) {
 }
 void mySwap(const Kel8u* src, int ss, Kel8u* dst, int ds, KeliSize roi) {
   const int w = roi.width & ~1;
-  if (allAligned16({dst}, {ds}) && large({ss, ds}, roi.height)) mySwapRows<true>(src, ss, dst, ds, w, roi.height);
+  if (allAligned16({dst}, {ds}) && large({ss, ds}, ds, roi.height)) mySwapRows<true>(src, ss, dst, ds, w, roi.height);
   else mySwapRows<false>(src, ss, dst, ds, w, roi.height);
 }
 
@@ -146,10 +169,12 @@ KelStatus keliYCbCr420ToYCrCb420_8u_P2P3R(const Kel8u* srcY, int srcYStep, const
   if (chk::sizeBelow(roi, 2, 2)) return kelStatusBadSize;
   const Even e = even(roi);
   const Moves m = mv::moves();
-  forRowPairs(e.h, [&](int k) {
-    mv::copy(rowAt(srcY, srcYStep, 2 * k), rowAt(dst[0], dstStep[0], 2 * k), e.w);
-    mv::copy(rowAt(srcY, srcYStep, 2 * k + 1), rowAt(dst[0], dstStep[0], 2 * k + 1), e.w);
-    mv::unzip2(rowAt(srcCbCr, srcCbCrStep, k), rowAt(dst[1], dstStep[1], k), rowAt(dst[2], dstStep[2], k), e.w >> 1, m);
+  copyPlane(srcY, srcYStep, dst[0], dstStep[0], e.w, e.h);
+  const int n = e.w >> 1, rows = e.h >> 1;
+  if (endToEnd({{srcCbCrStep, e.w}, {dstStep[1], n}, {dstStep[2], n}}, rows))
+    return mv::unzip2(srcCbCr, dst[1], dst[2], n * rows, m), kelStatusOk;
+  forRows(rows, [&](int k) {
+    mv::unzip2(rowAt(srcCbCr, srcCbCrStep, k), rowAt(dst[1], dstStep[1], k), rowAt(dst[2], dstStep[2], k), n, m);
   });
   return kelStatusOk;
 }
@@ -200,10 +225,12 @@ KelStatus keliYCrCb420ToYCbCr420_8u_P3P2R(const Kel8u* const src[3], const int s
   if (KelStatus st = checkB({dstY, dstCbCr}, {planes(src, 3)}, roi, 2, 2)) return st;
   const Even e = even(roi);
   const Moves m = mv::moves();
-  forRowPairs(e.h, [&](int k) {
-    mv::copy(rowAt(src[0], srcStep[0], 2 * k), rowAt(dstY, dstYStep, 2 * k), e.w);
-    mv::copy(rowAt(src[0], srcStep[0], 2 * k + 1), rowAt(dstY, dstYStep, 2 * k + 1), e.w);
-    mv::zip2(rowAt(src[2], srcStep[2], k), rowAt(src[1], srcStep[1], k), rowAt(dstCbCr, dstCbCrStep, k), e.w >> 1, m);
+  copyPlane(src[0], srcStep[0], dstY, dstYStep, e.w, e.h);
+  const int n = e.w >> 1, rows = e.h >> 1;
+  if (endToEnd({{srcStep[1], n}, {srcStep[2], n}, {dstCbCrStep, e.w}}, rows))
+    return mv::zip2(src[2], src[1], dstCbCr, n * rows, m), kelStatusOk;
+  forRows(rows, [&](int k) {
+    mv::zip2(rowAt(src[2], srcStep[2], k), rowAt(src[1], srcStep[1], k), rowAt(dstCbCr, dstCbCrStep, k), n, m);
   });
   return kelStatusOk;
 }
@@ -212,7 +239,7 @@ KelStatus keliYCrCb420ToYCbCr422_8u_P3C2R(const Kel8u* const src[3], const int s
                                           KeliSize roi) {
   if (KelStatus st = checkB({dst}, {planes(src, 3)}, roi, 2, 2)) return st;
   const bool nt = allAligned16({src[0], src[1], src[2], dst}, {srcStep[0], srcStep[1], srcStep[2], dstStep}) &&
-                  large({srcStep[0], srcStep[1], srcStep[2], dstStep}, roi.height);
+                  large({srcStep[0], srcStep[1], srcStep[2], dstStep}, dstStep, roi.height);
   myYV12ToQuadsChoose<false>(src, srcStep, dst, dstStep, even(roi), nt);
   return kelStatusOk;
 }
@@ -220,7 +247,7 @@ KelStatus keliYCrCb420ToYCbCr422_8u_P3C2R(const Kel8u* const src[3], const int s
 KelStatus keliYCrCb420ToCbYCr422_8u_P3C2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep,
                                           KeliSize roi) {
   if (KelStatus st = checkB({dst}, {planes(src, 3)}, roi, 2, 2)) return st;
-  const bool nt = allAligned16({dst}, {dstStep}) && large({srcStep[0], srcStep[1], srcStep[2], dstStep}, roi.height);
+  const bool nt = allAligned16({dst}, {dstStep}) && large({srcStep[0], srcStep[1], srcStep[2], dstStep}, dstStep, roi.height);
   myYV12ToQuadsChoose<true>(src, srcStep, dst, dstStep, even(roi), nt);
   return kelStatusOk;
 }

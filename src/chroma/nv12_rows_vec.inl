@@ -25,12 +25,24 @@ inline void put(uint8_t* p, v x) {
   if constexpr (Nt) V::stream<Stride>(p, x);
   else V::store<Stride>(p, x);
 }
+// The two halves of an interleave: lane i of lo to p + 32i, of hi to
+// p + 32i + 16. The AVX2 build puts each lane pair together first, so that
+// it writes whole 32-byte vectors.
+template <bool Nt>
+inline void put2(uint8_t* p, v lo, v hi) {
+#if KEL_ISA == KEL_ISA_AVX2
+  put<Nt, 16>(p, _mm256_permute2x128_si256(lo, hi, 0x20));
+  put<Nt, 16>(p + 32, _mm256_permute2x128_si256(lo, hi, 0x31));
+#else
+  put<Nt, 16>(p, lo);
+  put<Nt, 16>(p + 16, hi);
+#endif
+}
 
 int zip2(const uint8_t* a, const uint8_t* b, uint8_t* d, int x, int n) {
   for (; x + kB <= n; x += kB) {
     const v va = V::load<16>(a + x), vb = V::load<16>(b + x);
-    V::store<32>(d + 2 * x, V::unpacklo8(va, vb));
-    V::store<32>(d + 2 * x + 16, V::unpackhi8(va, vb));
+    put2<false>(d + 2 * x, V::unpacklo8(va, vb), V::unpackhi8(va, vb));
   }
   return x;
 }
@@ -68,8 +80,8 @@ int pack4(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, uint8_t* d, in
   for (; x + kB <= n; x += kB) {
     const v vy = V::load<16>(y + x);
     const v c = V::unpacklo8(V::load8<8>(cb + (x >> 1)), V::load8<8>(cr + (x >> 1)));
-    put<Nt, 32>(d + 2 * x, CbYCr ? V::unpacklo8(c, vy) : V::unpacklo8(vy, c));
-    put<Nt, 32>(d + 2 * x + 16, CbYCr ? V::unpackhi8(c, vy) : V::unpackhi8(vy, c));
+    if (CbYCr) put2<Nt>(d + 2 * x, V::unpacklo8(c, vy), V::unpackhi8(c, vy));
+    else put2<Nt>(d + 2 * x, V::unpacklo8(vy, c), V::unpackhi8(vy, c));
   }
   return x;
 }
