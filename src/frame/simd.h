@@ -109,8 +109,6 @@ struct V {
   static v madd16(v a, v b) { return _mm_madd_epi16(a, b); }
   // Unsigned bytes of a times signed bytes of b, adjacent products summed (saturating) to 16 bits.
   static v maddubs(v a, v b) { return _mm_maddubs_epi16(a, b); }
-  // Unsigned bytes of a times signed bytes of b, adjacent products summed (saturating) to 16 bits.
-  static v maddubs(v a, v b) { return _mm_maddubs_epi16(a, b); }
   static v min16(v a, v b) { return _mm_min_epi16(a, b); }
   static v max16(v a, v b) { return _mm_max_epi16(a, b); }
   static v avg16(v a, v b) { return _mm_avg_epu16(a, b); }
@@ -194,9 +192,6 @@ struct V {
     _mm_storel_epi64(reinterpret_cast<__m128i*>(c), _mm256_castsi256_si128(x));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(c + Stride), _mm256_extracti128_si256(x, 1));
   }
-  static v bcast(const void* p16) {
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(c + Stride), _mm256_extracti128_si256(x, 1));
-  }
   static void storeHalves(void* lo, void* hi, v x) {
     const __m256i q = _mm256_permute4x64_epi64(x, 0xD8);
     _mm_storeu_si128(static_cast<__m128i*>(lo), _mm256_castsi256_si128(q));
@@ -249,7 +244,6 @@ struct V {
   static v mulhr(v a, v b) { return _mm256_mulhrs_epi16(a, b); }
   static v mullo16(v a, v b) { return _mm256_mullo_epi16(a, b); }
   static v madd16(v a, v b) { return _mm256_madd_epi16(a, b); }
-  static v maddubs(v a, v b) { return _mm256_maddubs_epi16(a, b); }
   static v maddubs(v a, v b) { return _mm256_maddubs_epi16(a, b); }
   static v min16(v a, v b) { return _mm256_min_epi16(a, b); }
   static v max16(v a, v b) { return _mm256_max_epi16(a, b); }
