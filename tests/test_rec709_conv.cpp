@@ -93,7 +93,7 @@ struct BlockMember {
   int bpp;                   // bytes per BGR pixel
   int (*body)(int w);        // body pixels of a row
   int allBody;               // a width whose pixels are all in the body
-  std::function<KelStatus(const Kel8u* s[3], const int ss[3], Kel8u* d[3], const int ds[3], KeliSize)> f;
+  KelStatus (*f)(const Kel8u* const* s, const int* ss, Kel8u** d, const int* ds, KeliSize roi);
 
   int rows() const { return shape == Shape::To420 || shape == Shape::From420 ? 2 : 1; }
 
@@ -168,47 +168,28 @@ int bodyFrom420(int w) { return 2 * ((w >> 1) & ~3); }
 int bodyC2C3(int w) { return (w & ~31) + (w & 8); }
 int body8(int w) { return w & ~7; }
 
+using P3 = const Kel8u* const*;
 const BlockMember kBlocks[] = {
     {"BGRToYCbCr420_709CSC_C3P3R", Shape::To420, 3, bodyTo420, 16,
-     [](const Kel8u* s[3], const int ss[3], Kel8u* d[3], const int ds[3], KeliSize r) {
-       return keliBGRToYCbCr420_709CSC_8u_C3P3R(s[0], ss[0], d, ds, r);
-     }},
+     [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliBGRToYCbCr420_709CSC_8u_C3P3R(s[0], ss[0], d, ds, r); }},
     {"BGRToYCbCr420_709CSC_AC4P3R", Shape::To420, 4, bodyTo420, 16,
-     [](const Kel8u* s[3], const int ss[3], Kel8u* d[3], const int ds[3], KeliSize r) {
-       return keliBGRToYCbCr420_709CSC_8u_AC4P3R(s[0], ss[0], d, ds, r);
-     }},
+     [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliBGRToYCbCr420_709CSC_8u_AC4P3R(s[0], ss[0], d, ds, r); }},
     {"BGRToYCrCb420_709CSC_C3P3R", Shape::To420, 3, bodyTo420, 16,
-     [](const Kel8u* s[3], const int ss[3], Kel8u* d[3], const int ds[3], KeliSize r) {
-       return keliBGRToYCrCb420_709CSC_8u_C3P3R(s[0], ss[0], d, ds, r);
-     }},
+     [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliBGRToYCrCb420_709CSC_8u_C3P3R(s[0], ss[0], d, ds, r); }},
     {"BGRToYCbCr420_709HDTV_AC4P3R", Shape::To420, 4, bodyTo420, 16,
-     [](const Kel8u* s[3], const int ss[3], Kel8u* d[3], const int ds[3], KeliSize r) {
-       return keliBGRToYCbCr420_709HDTV_8u_AC4P3R(s[0], ss[0], d, ds, r);
-     }},
+     [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliBGRToYCbCr420_709HDTV_8u_AC4P3R(s[0], ss[0], d, ds, r); }},
     {"YCbCr420ToBGR_709CSC_P3C3R", Shape::From420, 3, bodyFrom420, 8,
-     [](const Kel8u* s[3], const int ss[3], Kel8u* d[3], const int ds[3], KeliSize r) {
-       return keliYCbCr420ToBGR_709CSC_8u_P3C3R(s, ss, d[0], ds[0], r);
-     }},
+     [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliYCbCr420ToBGR_709CSC_8u_P3C3R(s, ss, d[0], ds[0], r); }},
     {"YCbCr420ToBGR_709HDTV_P3C4R", Shape::From420, 4, bodyFrom420, 8,
-     [](const Kel8u* s[3], const int ss[3], Kel8u* d[3], const int ds[3], KeliSize r) {
-       return keliYCbCr420ToBGR_709HDTV_8u_P3C4R(s, ss, d[0], ds[0], r, 0xAB);
-     }},
+     [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliYCbCr420ToBGR_709HDTV_8u_P3C4R(s, ss, d[0], ds[0], r, 0xAB); }},
     {"BGRToCbYCr422_709HDTV_C3C2R", Shape::ToC2, 3, bodyC2C3, 8,
-     [](const Kel8u* s[3], const int ss[3], Kel8u* d[3], const int ds[3], KeliSize r) {
-       return keliBGRToCbYCr422_709HDTV_8u_C3C2R(s[0], ss[0], d[0], ds[0], r);
-     }},
+     [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliBGRToCbYCr422_709HDTV_8u_C3C2R(s[0], ss[0], d[0], ds[0], r); }},
     {"BGRToCbYCr422_709HDTV_AC4C2R", Shape::ToC2, 4, body8, 8,
-     [](const Kel8u* s[3], const int ss[3], Kel8u* d[3], const int ds[3], KeliSize r) {
-       return keliBGRToCbYCr422_709HDTV_8u_AC4C2R(s[0], ss[0], d[0], ds[0], r);
-     }},
+     [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliBGRToCbYCr422_709HDTV_8u_AC4C2R(s[0], ss[0], d[0], ds[0], r); }},
     {"CbYCr422ToBGR_709HDTV_C2C3R", Shape::FromC2, 3, body8, 8,
-     [](const Kel8u* s[3], const int ss[3], Kel8u* d[3], const int ds[3], KeliSize r) {
-       return keliCbYCr422ToBGR_709HDTV_8u_C2C3R(s[0], ss[0], d[0], ds[0], r);
-     }},
+     [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliCbYCr422ToBGR_709HDTV_8u_C2C3R(s[0], ss[0], d[0], ds[0], r); }},
     {"CbYCr422ToBGR_709HDTV_C2C4R", Shape::FromC2, 4, body8, 8,
-     [](const Kel8u* s[3], const int ss[3], Kel8u* d[3], const int ds[3], KeliSize r) {
-       return keliCbYCr422ToBGR_709HDTV_8u_C2C4R(s[0], ss[0], d[0], ds[0], r, 0xAB);
-     }},
+     [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliCbYCr422ToBGR_709HDTV_8u_C2C4R(s[0], ss[0], d[0], ds[0], r, 0xAB); }},
 };
 const BlockMember& blocks(const std::string& name) {
   for (const BlockMember& b : kBlocks)

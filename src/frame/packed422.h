@@ -44,12 +44,6 @@ inline int runChain(const ChainIO& chain, const RowIO& io, int x, int n) {
   return x;
 }
 
-// Row r of a plane.
-template <class T>
-inline T* rowPtr(T* p, int step, int r) {
-  return p ? p + static_cast<ptrdiff_t>(step) * r : nullptr;
-}
-
 // ---- three-colour pixels ------------------------------------------------
 template <Pix P>
 struct PixAt {

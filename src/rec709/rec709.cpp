@@ -89,8 +89,8 @@ void ownTo420(const Kel8u* src, int srcStep, Kel8u* y, int yStep, Kel8u* cb, int
               KeliSize roi, const ChainIO& chain) {
   const int body = bodyTo420(roi.width);
   forRowPairs(roi.height, [&](int k) {
-    const RowIO io{{rowPtr(src, srcStep, 2 * k), rowPtr(src, srcStep, 2 * k + 1)},
-                   {rowPtr(y, yStep, 2 * k), rowPtr(y, yStep, 2 * k + 1), rowPtr(cb, cbStep, k), rowPtr(cr, crStep, k)},
+    const RowIO io{{rowAt(src, srcStep, 2 * k), rowAt(src, srcStep, 2 * k + 1)},
+                   {rowAt(y, yStep, 2 * k), rowAt(y, yStep, 2 * k + 1), rowAt(cb, cbStep, k), rowAt(cr, crStep, k)},
                    0};
     rowPairTo420<In, Body, Tail>(io, roi.width, body, chain);
   });
@@ -101,9 +101,9 @@ void myFrom420(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int 
                const ChainIO& chain) {
   const int body = bodyFrom420(roi.width);
   forRowPairs(roi.height, [&](int k) {
-    const RowIO io{{rowPtr(src[0], srcStep[0], 2 * k), rowPtr(src[0], srcStep[0], 2 * k + 1),
-                    rowPtr(src[1], srcStep[1], k), rowPtr(src[2], srcStep[2], k)},
-                   {rowPtr(dst, dstStep, 2 * k), rowPtr(dst, dstStep, 2 * k + 1)},
+    const RowIO io{{rowAt(src[0], srcStep[0], 2 * k), rowAt(src[0], srcStep[0], 2 * k + 1),
+                    rowAt(src[1], srcStep[1], k), rowAt(src[2], srcStep[2], k)},
+                   {rowAt(dst, dstStep, 2 * k), rowAt(dst, dstStep, 2 * k + 1)},
                    alpha};
     rowPairFrom420<Out, Body, Tail>(io, roi.width, body, chain);
   });
@@ -113,8 +113,8 @@ template <Pix Out, class F>
 void ownFrom444(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int alpha,
                 const ChainIO& chain) {
   forRows(roi.height, [&](int r) {
-    const RowIO io{{rowPtr(src[0], srcStep, r), rowPtr(src[1], srcStep, r), rowPtr(src[2], srcStep, r)},
-                   {rowPtr(dst, dstStep, r)},
+    const RowIO io{{rowAt(src[0], srcStep, r), rowAt(src[1], srcStep, r), rowAt(src[2], srcStep, r)},
+                   {rowAt(dst, dstStep, r)},
                    alpha};
     pixelsFrom444<Out, F>(io, runChain(chain, io, 0, roi.width), roi.width);
   });
@@ -125,7 +125,7 @@ void ownFrom444(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep,
 template <Pix In, class Body>
 void myToC2(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int body, const ChainIO& chain) {
   forRows(roi.height, [&](int r) {
-    const RowIO io{{rowPtr(src, srcStep, r)}, {rowPtr(dst, dstStep, r)}, 0};
+    const RowIO io{{rowAt(src, srcStep, r)}, {rowAt(dst, dstStep, r)}, 0};
     rowToC2<In, Body, Hdtv422Tail, Hdtv422Last>(io, roi.width, body, chain);
   });
 }
@@ -134,7 +134,7 @@ template <Pix Out>
 void myFromC2(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int alpha, const ChainIO& chain) {
   const int body = body8(roi.width);
   forRows(roi.height, [&](int r) {
-    const RowIO io{{rowPtr(src, srcStep, r)}, {rowPtr(dst, dstStep, r)}, alpha};
+    const RowIO io{{rowAt(src, srcStep, r)}, {rowAt(dst, dstStep, r)}, alpha};
     rowFromC2<Out, HdtvN, HdtvTail>(io, roi.width, body, chain);
   });
 }
