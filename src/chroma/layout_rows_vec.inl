@@ -101,8 +101,15 @@ constexpr Quad kQuads[3] = {kYCbCr, kYCrCb, kCbYCr};
 
 // ---- copies ------------------------------------------------------------------
 int copy(const RowsIO& io, int x, int n) {
-  if (n > x) std::memcpy(io.d[0] + x, io.s[0] + x, static_cast<size_t>(n - x));
-  return n;
+  constexpr int B = 16 * L;
+  for (; x + 4 * B <= n; x += 4 * B) {
+    const v a = V::load<16>(io.s[0] + x), b = V::load<16>(io.s[0] + x + B);
+    const v c = V::load<16>(io.s[0] + x + 2 * B), d = V::load<16>(io.s[0] + x + 3 * B);
+    V::store<16>(io.d[0] + x, a), V::store<16>(io.d[0] + x + B, b);
+    V::store<16>(io.d[0] + x + 2 * B, c), V::store<16>(io.d[0] + x + 3 * B, d);
+  }
+  for (; x + B <= n; x += B) V::store<16>(io.d[0] + x, V::load<16>(io.s[0] + x));
+  return x;
 }
 // Streams the part of the row from the first 16-byte boundary of the
 // destination on; rows too short to gain leave everything to the next path.
