@@ -65,14 +65,15 @@ struct FT {
 };
 
 // ---- inverse: YCbCr -> RGB -----------------------------------------------
-// J: Q13 on y = (Y - 16) << 7, u = (Cb - 128) << 7, v = (Cr - 128) << 7,
+// J: Q13 on y = (Y - 16) << 7, u = (Cb - 128) << 7, v = (Cr - 128) << 7
+// (written as products: a left shift of a negative value is undefined in C++),
 // final shift by 4. `Rnd` is the rounding term (8, or 0 in J2); `NegG`
 // multiplies the G terms by positive coefficients and subtracts them, each
 // product floored before the sign change (J4).
 template <int Ky, int Gu, int Rnd, bool NegG>
 struct J {
   static void px(int Y, int Cb, int Cr, int& R, int& G, int& B) {
-    const int y = (Y - 16) << 7, u = (Cb - 128) << 7, v = (Cr - 128) << 7;
+    const int y = (Y - 16) * 128, u = (Cb - 128) * 128, v = (Cr - 128) * 128;
     const int t = mulhs(y, Ky);
     R = clip8((t + mulhs(v, 13074) + Rnd) >> 4);
     if constexpr (NegG) G = clip8((t - mulhs(u, Gu) - mulhs(v, 6660) + Rnd) >> 4);

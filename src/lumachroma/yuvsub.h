@@ -174,22 +174,26 @@ struct Q4 {
 };
 
 // ---- inverse forms: px(Y, U, V, R, G, B) --------------------------------
-using yuv::I2;  // Q13: y = Y << 1, chroma << 4, final >> 1
-using yuv::KA;  // 32-bit, Q16
-// I3: I2 with coefficients one larger in magnitude.
-struct I3 {
+// Iq: Q13 on y = Y << 1 and chroma << 4, final >> 1 (the shifts of signed
+// values written as products, which C++ defines for negative values too).
+template <int cR, int cGu, int cGv, int cB>
+struct Iq {
   static void px(int Y, int U, int V, int& R, int& G, int& B) {
-    const int y = Y << 1, u = (U - 128) << 4, v = (V - 128) << 4;
-    R = clip8((y + mulhs(v, 9339)) >> 1);
-    G = clip8((y + mulhs(u, -3228) + mulhs(v, -4760)) >> 1);
-    B = clip8((y + mulhs(u, 16646)) >> 1);
+    const int y = Y * 2, u = (U - 128) * 16, v = (V - 128) * 16;
+    R = clip8((y + mulhs(v, cR)) >> 1);
+    G = clip8((y + mulhs(u, cGu) + mulhs(v, cGv)) >> 1);
+    B = clip8((y + mulhs(u, cB)) >> 1);
   }
 };
+using I2 = Iq<9338, -3227, -4759, 16645>;
+// I3: I2 with coefficients one larger in magnitude.
+using I3 = Iq<9339, -3228, -4760, 16646>;
+using yuv::KA;  // 32-bit, Q16
 // IA: Q13 on y = Y << 4 and chroma << 7, rounding term 8; the green
 // products are added first and subtracted together.
 struct IA {
   static void px(int Y, int U, int V, int& R, int& G, int& B) {
-    const int y = Y << 4, u = (U - 128) << 7, v = (V - 128) << 7;
+    const int y = Y * 16, u = (U - 128) * 128, v = (V - 128) * 128;
     const int c = mulhs(u, 3227) + mulhs(v, 4759);
     R = clip8((y + mulhs(v, 9338) + 8) >> 4);
     G = clip8((y - c + 8) >> 4);
