@@ -135,7 +135,35 @@ void myPlanar(const Kel8u* const src[3], const int step[3], Kel16u* dst, int dst
   });
 }
 inline int sameRow(int r) { return r; }
-inline int halfRow(int r) { return r >> 1; }
+
+// 4:2:0 planes: row pairs over one chroma row. The pair kernels take whole
+// blocks of both rows' bodies at once, the scalar body definition the rest of
+// each row, then the tail; a last odd row goes alone. `body(r)` is the body
+// count of row r (the same for both rows of a pair).
+template <class Body, class Tail, class BodyCount>
+void my420(const Kel8u* const src[3], const int step[3], Kel16u* dst, int dstStep, KeliSize roi, BodyCount body,
+           const Chain16& single, const Chain16x2& pair) {
+  auto rowIo = [&](int r) {
+    return Io16{{rowAt(src[0], step[0], r), rowAt(src[1], step[1], r >> 1), rowAt(src[2], step[2], r >> 1)},
+                dstRow(dst, dstStep, r), r};
+  };
+  forRowPairs(roi.height, [&](int k) {
+    const Io16 a = rowIo(2 * k), b = rowIo(2 * k + 1);
+    const ptrdiff_t n = body(2 * k);
+    ptrdiff_t x = 0;
+    for (Kern16x2 kp : pair.k)
+      if (kp) x = kp(a, b, x, n);
+    for (const Io16& io : {a, b}) {
+      for (ptrdiff_t i = x; i < n; ++i) put16(io.d + i, Body::px(io, i));
+      Tail::run(io, n, roi.width);
+    }
+  });
+  if (roi.height & 1) row16<Body, Tail>(rowIo(roi.height - 1), roi.width, body(roi.height - 1), single);
+}
+Chain16x2 pairChain(bool yuv, bool dither, int fmt) {
+  return chainOf([&](const Ycc16Kernels& t) { return t.pair[yuv][dither][fmt]; }, sse41::kYcc16Kernels,
+                 avx2::kYcc16Kernels);
+}
 
 // ---- the groups ---------------------------------------------------------------------
 template <int F, bool D>
@@ -184,8 +212,13 @@ KelStatus ycbcr422C2(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, Ke
 template <int F, bool D, bool Rows420>
 KelStatus ycbcrHalf(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkA({dst}, {planes(src, 3)}, roi)) return st;
-  myPlanar<Px<Half, YccBody, Pk<F, D>>, NoTail>(src, srcStep, dst, dstStep, roi, Rows420 ? halfRow : sameRow,
-                                                [&](int) { return roi.width; }, yccChain(kSrcHalf, D, F));
+  const auto all = [&](int) { return roi.width; };
+  if (Rows420)
+    my420<Px<Half, YccBody, Pk<F, D>>, NoTail>(src, srcStep, dst, dstStep, roi, all, yccChain(kSrcHalf, D, F),
+                                               pairChain(false, D, F));
+  else
+    myPlanar<Px<Half, YccBody, Pk<F, D>>, NoTail>(src, srcStep, dst, dstStep, roi, sameRow, all,
+                                                  yccChain(kSrcHalf, D, F));
   return kelStatusOk;
 }
 
@@ -198,11 +231,12 @@ KelStatus yuv420(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, i
   if (KelStatus st = checkA({dst}, {planes(src, 3)}, roi)) return st;
   const int w = roi.width, pairedRows = roi.height & ~1;
   if (D)
-    myPlanar<Px<Half, YuvBody, Pk<F, D>>, NoTail>(src, srcStep, dst, dstStep, roi, halfRow, [&](int) { return w; },
-                                                  yuvChain(D, F));
+    my420<Px<Half, YuvBody, Pk<F, D>>, NoTail>(src, srcStep, dst, dstStep, roi, [&](int) { return w; },
+                                               yuvChain(D, F), pairChain(true, D, F));
   else
-    myPlanar<Px<Half, YuvBody, Pk<F, D>>, Each<Px<Half, YuvTail, Pk<F, D>>>>(
-        src, srcStep, dst, dstStep, roi, halfRow, [&](int r) { return r < pairedRows ? w & ~1 : 0; }, yuvChain(D, F));
+    my420<Px<Half, YuvBody, Pk<F, D>>, Each<Px<Half, YuvTail, Pk<F, D>>>>(
+        src, srcStep, dst, dstStep, roi, [&](int r) { return r < pairedRows ? w & ~1 : 0; }, yuvChain(D, F),
+        pairChain(true, D, F));
   return kelStatusOk;
 }
 

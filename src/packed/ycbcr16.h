@@ -26,6 +26,9 @@ struct Io16 {
 // below n; returns the column where it stopped. Blocks start at column 0.
 using Kern16 = ptrdiff_t (*)(const Io16& io, ptrdiff_t x, ptrdiff_t n);
 using Chain16 = Chain<Kern16>;
+// The same over two rows that share one chroma row (4:2:0 row pairs).
+using Kern16x2 = ptrdiff_t (*)(const Io16& a, const Io16& b, ptrdiff_t x, ptrdiff_t n);
+using Chain16x2 = Chain<Kern16x2>;
 
 // Packed formats. BGR puts red in the high bits, RGB red in the low bits.
 enum Fmt16 : int { kBGR444, kBGR555, kBGR565, kRGB444, kRGB555, kRGB565, kFmt16Count };
@@ -36,6 +39,7 @@ enum Src16 : int { kSrcC3, kSrcP3, kSrcC2, kSrcHalf, kSrc16Count };
 struct Ycc16Kernels {
   Kern16 ycc[kSrc16Count][2][kFmt16Count];  // studio-range YCbCr body form: [layout][dithered][format]
   Kern16 yuv[2][kFmt16Count];               // YUV body form, half-width chroma planes
+  Kern16x2 pair[2][2][kFmt16Count];         // 4:2:0 row pairs: [YCbCr, YUV][dithered][format]
 };
 namespace sse41 {
 extern const Ycc16Kernels kYcc16Kernels;

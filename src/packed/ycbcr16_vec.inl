@@ -138,51 +138,87 @@ inline void clipHigh(v lo, v hi, v& x0, v& x1) {
   x1 = V::unpackhi8(V::zero(), b);
 }
 
+// Chroma terms of 16 pixels per lane, in two halves.
+template <class L, class Form>
+inline void chromaTerms(v cb8, v cr8, v tR[2], v tG[2], v tB[2]) {
+  if constexpr (L::kHalf) {
+    v r, g, b;
+    Form::terms(V::unpacklo8(cb8, V::zero()), V::unpacklo8(cr8, V::zero()), r, g, b);
+    tR[0] = V::unpacklo16(r, r), tR[1] = V::unpackhi16(r, r);
+    tG[0] = V::unpacklo16(g, g), tG[1] = V::unpackhi16(g, g);
+    tB[0] = V::unpacklo16(b, b), tB[1] = V::unpackhi16(b, b);
+  } else {
+    v cb[2], cr[2];
+    widen(cb8, cb[0], cb[1]);
+    widen(cr8, cr[0], cr[1]);
+    Form::terms(cb[0], cr[0], tR[0], tG[0], tB[0]);
+    Form::terms(cb[1], cr[1], tR[1], tG[1], tB[1]);
+  }
+}
+// Luma of 16 pixels per lane with their chroma terms, packed and stored at d.
+template <class Form, class P>
+inline void emit(uint16_t* d, v y8, const v tR[2], const v tG[2], const v tB[2], const typename P::Thr& thr) {
+  v y[2];
+  widen(y8, y[0], y[1]);
+  y[0] = Form::luma(y[0]), y[1] = Form::luma(y[1]);
+  v R[2], G[2], B[2];
+  clipHigh(V::add16(y[0], tR[0]), V::add16(y[1], tR[1]), R[0], R[1]);
+  clipHigh(V::sub16(y[0], tG[0]), V::sub16(y[1], tG[1]), G[0], G[1]);
+  clipHigh(V::add16(y[0], tB[0]), V::add16(y[1], tB[1]), B[0], B[1]);
+  V::store<32>(d, P::pack(R[0], G[0], B[0], thr));
+  V::store<32>(d + 8, P::pack(R[1], G[1], B[1], thr));
+}
+
 template <class L, class Form, class P>
 ptrdiff_t kern16(const Io16& io, ptrdiff_t x, ptrdiff_t n) {
   constexpr int kBlock = 16 * V::kLanes;
   const typename P::Thr thr(io.r);
   for (; x + kBlock <= n; x += kBlock) {
-    v y8, cb8, cr8;
+    v y8, cb8, cr8, tR[2], tG[2], tB[2];
     L::bytes(io, x, y8, cb8, cr8);
-    v y[2], tR[2], tG[2], tB[2];
-    widen(y8, y[0], y[1]);
-    y[0] = Form::luma(y[0]), y[1] = Form::luma(y[1]);
-    if constexpr (L::kHalf) {
-      v r, g, b;
-      Form::terms(V::unpacklo8(cb8, V::zero()), V::unpacklo8(cr8, V::zero()), r, g, b);
-      tR[0] = V::unpacklo16(r, r), tR[1] = V::unpackhi16(r, r);
-      tG[0] = V::unpacklo16(g, g), tG[1] = V::unpackhi16(g, g);
-      tB[0] = V::unpacklo16(b, b), tB[1] = V::unpackhi16(b, b);
-    } else {
-      v cb[2], cr[2];
-      widen(cb8, cb[0], cb[1]);
-      widen(cr8, cr[0], cr[1]);
-      Form::terms(cb[0], cr[0], tR[0], tG[0], tB[0]);
-      Form::terms(cb[1], cr[1], tR[1], tG[1], tB[1]);
-    }
-    v R[2], G[2], B[2];
-    clipHigh(V::add16(y[0], tR[0]), V::add16(y[1], tR[1]), R[0], R[1]);
-    clipHigh(V::sub16(y[0], tG[0]), V::sub16(y[1], tG[1]), G[0], G[1]);
-    clipHigh(V::add16(y[0], tB[0]), V::add16(y[1], tB[1]), B[0], B[1]);
-    V::store<32>(io.d + x, P::pack(R[0], G[0], B[0], thr));
-    V::store<32>(io.d + x + 8, P::pack(R[1], G[1], B[1], thr));
+    chromaTerms<L, Form>(cb8, cr8, tR, tG, tB);
+    emit<Form, P>(io.d + x, y8, tR, tG, tB, thr);
+  }
+  return x;
+}
+// Two rows that share their half-width chroma row (4:2:0): the chroma terms
+// are computed once for both.
+template <class Form, class P>
+ptrdiff_t kernPair(const Io16& a, const Io16& b, ptrdiff_t x, ptrdiff_t n) {
+  constexpr int kBlock = 16 * V::kLanes;
+  const typename P::Thr thrA(a.r), thrB(b.r);
+  for (; x + kBlock <= n; x += kBlock) {
+    v y8, cb8, cr8, tR[2], tG[2], tB[2];
+    LHalf::bytes(a, x, y8, cb8, cr8);
+    chromaTerms<LHalf, Form>(cb8, cr8, tR, tG, tB);
+    emit<Form, P>(a.d + x, y8, tR, tG, tB, thrA);
+    emit<Form, P>(b.d + x, V::load<16>(b.s[0] + x), tR, tG, tB, thrB);
   }
   return x;
 }
 
+template <bool D, int F>
+using Pk = typename std::conditional<D, VDither<F>, VPlain<F>>::type;
 template <class L, class Form, bool D>
 struct Row6 {
-  template <int F>
-  using Pk = typename std::conditional<D, VDither<F>, VPlain<F>>::type;
   static constexpr Kern16 k[kFmt16Count] = {
-      kern16<L, Form, Pk<kBGR444>>, kern16<L, Form, Pk<kBGR555>>, kern16<L, Form, Pk<kBGR565>>,
-      kern16<L, Form, Pk<kRGB444>>, kern16<L, Form, Pk<kRGB555>>, kern16<L, Form, Pk<kRGB565>>};
+      kern16<L, Form, Pk<D, kBGR444>>, kern16<L, Form, Pk<D, kBGR555>>, kern16<L, Form, Pk<D, kBGR565>>,
+      kern16<L, Form, Pk<D, kRGB444>>, kern16<L, Form, Pk<D, kRGB555>>, kern16<L, Form, Pk<D, kRGB565>>};
+};
+template <class Form, bool D>
+struct Pair6 {
+  static constexpr Kern16x2 k[kFmt16Count] = {
+      kernPair<Form, Pk<D, kBGR444>>, kernPair<Form, Pk<D, kBGR555>>, kernPair<Form, Pk<D, kBGR565>>,
+      kernPair<Form, Pk<D, kRGB444>>, kernPair<Form, Pk<D, kRGB555>>, kernPair<Form, Pk<D, kRGB565>>};
 };
 
 template <class L, class Form>
 constexpr void fill(Kern16 (&t)[2][kFmt16Count]) {
   for (int i = 0; i < kFmt16Count; ++i) t[0][i] = Row6<L, Form, false>::k[i], t[1][i] = Row6<L, Form, true>::k[i];
+}
+template <class Form>
+constexpr void fillPair(Kern16x2 (&t)[2][kFmt16Count]) {
+  for (int i = 0; i < kFmt16Count; ++i) t[0][i] = Pair6<Form, false>::k[i], t[1][i] = Pair6<Form, true>::k[i];
 }
 constexpr Ycc16Kernels makeTable() {
   Ycc16Kernels t{};
@@ -191,6 +227,8 @@ constexpr Ycc16Kernels makeTable() {
   fill<LC2, Ycc>(t.ycc[kSrcC2]);
   fill<LHalf, Ycc>(t.ycc[kSrcHalf]);
   fill<LHalf, Yuv>(t.yuv);
+  fillPair<Ycc>(t.pair[0]);
+  fillPair<Yuv>(t.pair[1]);
   return t;
 }
 
