@@ -77,10 +77,13 @@ void lastPackedPixel(const SubRows& io, int w) {
 template <bool CrFirst, Pix Out>
 void myYCbCr422ToRGB_C2(const Side& s, const Side& d, KeliSize roi) {
   using In = Packed<CrFirst>;
+  using K = YccSubKernels;
+  const Chain<KernSub> ch = chainOf(Out == Pix::P3 ? (CrFirst ? &K::c2cr_J2_p3 : &K::c2_J2_p3)
+                                                   : (CrFirst ? &K::c2cr_J2_rgb : &K::c2_J2_rgb));
   const int w = roi.width, body = w & ~3;
   forRows(roi.height, [&](int r) {
     const SubRows io = rowsOf(s, d, r, false);
-    invPixels<1, 1, In, Out, J2>(io, 0, body);
+    invPixels<1, 1, In, Out, J2>(io, runBody(ch, io, body), body);
     invPixels<1, 1, In, Out, S1>(io, body, w & ~1);
     if (w & 1) lastPackedPixel<CrFirst, Out, S1>(io, w);
   });
@@ -89,11 +92,11 @@ void myYCbCr422ToRGB_C2(const Side& s, const Side& d, KeliSize roi) {
 // The own... packed -> BGR line: body (J3 over w & ~1, or J6 with the
 // 16-and-8 block rule), tail S1, last odd pixel S1.
 template <class Body, Pix Out>
-void ownYCbCr422ToBGR_C2(const Side& s, const Side& d, KeliSize roi, int body, int alpha) {
+void ownYCbCr422ToBGR_C2(const Side& s, const Side& d, KeliSize roi, int body, int alpha, const Chain<KernSub>& ch) {
   const int w = roi.width;
   forRows(roi.height, [&](int r) {
     const SubRows io = rowsOf(s, d, r, false, alpha);
-    invPixels<1, 1, Packed<false>, Out, Body>(io, 0, body);
+    invPixels<1, 1, Packed<false>, Out, Body>(io, runBody(ch, io, body), body);
     invPixels<1, 1, Packed<false>, Out, S1>(io, body, w & ~1);
     if (w & 1) lastPackedPixel<false, Out, S1>(io, w);
   });
@@ -231,7 +234,8 @@ KelStatus keliYCbCr422ToRGB_8u_P3C3R(const Kel8u* const src[3], const int srcSte
 
 KelStatus keliYCbCr422ToBGR_8u_C2C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkB({src, dst}, {}, roi, 2, 1)) return st;
-  ownYCbCr422ToBGR_C2<J3, Pix::BGR>(one(src, srcStep), one(dst, dstStep), roi, roi.width & ~1, 0);
+  ownYCbCr422ToBGR_C2<J3, Pix::BGR>(one(src, srcStep), one(dst, dstStep), roi, roi.width & ~1, 0,
+                                    chainOf(&YccSubKernels::c2_J3_bgr));
   return kelStatusOk;
 }
 
@@ -239,7 +243,8 @@ KelStatus keliYCbCr422ToBGR_8u_C2C4R(const Kel8u* src, int srcStep, Kel8u* dst, 
                                      int alpha) {
   if (KelStatus st = checkB({src, dst}, {}, roi, 2, 1)) return st;
   const int w = roi.width, body = (w & 15) >= 8 ? (w & ~15) + 8 : w & ~15;
-  ownYCbCr422ToBGR_C2<J6, Pix::BGRA>(one(src, srcStep), one(dst, dstStep), roi, body, alpha);
+  ownYCbCr422ToBGR_C2<J6, Pix::BGRA>(one(src, srcStep), one(dst, dstStep), roi, body, alpha,
+                                     chainOf(&YccSubKernels::c2_J6_bgra));
   return kelStatusOk;
 }
 

@@ -45,6 +45,12 @@ struct YccSubKernels {
   KernSub p422_J3_rgb;    // 4:2:2 planes -> RGB C3
   KernSub p422_J5_rgb;    // 4:2:2 planes -> RGB C3, Q12 set
   KernSub p422_J3_bgr;    // 4:2:2 planes -> BGR C3
+  KernSub c2_J2_rgb;      // packed Y0 Cb Y1 Cr -> RGB C3
+  KernSub c2_J2_p3;       // packed Y0 Cb Y1 Cr -> RGB planes
+  KernSub c2cr_J2_rgb;    // packed Y0 Cr Y1 Cb -> RGB C3
+  KernSub c2cr_J2_p3;     // packed Y0 Cr Y1 Cb -> RGB planes
+  KernSub c2_J3_bgr;      // packed Y0 Cb Y1 Cr -> BGR C3
+  KernSub c2_J6_bgra;     // packed Y0 Cb Y1 Cr -> BGR + alpha
 };
 namespace sse41 {
 extern const YccSubKernels kYccSubKernels;
@@ -159,8 +165,9 @@ struct JQ {
 // Q12 sets of the subsampled members.
 using J5 = JQ<4769, 6537, 1605, 3330, 8263, 0, 3, true>;
 using J6 = JQ<4767, 6537, 1605, 3330, 8261, 0, 3, true>;
-// The constants of the shared Q13 forms J3 and J4, for the vector bodies
-// (the routines' scalar definitions are J3 and J4 themselves).
+// The constants of the shared Q13 forms J2, J3 and J4, for the vector bodies
+// (the routines' scalar definitions are J2, J3 and J4 themselves).
+using J2c = JQ<9536, 13074, -3203, -6660, 16523, 0, 4, false>;
 using J3c = JQ<9535, 13074, -3211, -6660, 16523, 8, 4, false>;
 using J4c = JQ<9535, 13074, 3211, 6660, 16523, 8, 4, true>;
 // 32-bit scalar sets: L4 rounds, L5 has its own factors for Y and for u in G.

@@ -75,40 +75,84 @@ int rgb420_YF_CG(const SubRows& io, int x, int n) {
   return x;
 }
 
-// ---- inverse: planes with one chroma pair per two columns -> RGB --------------
+// ---- inverse: one chroma pair per two columns -> RGB ---------------------------
 // The chroma terms are computed once per chroma sample and doubled out to
 // both columns (and, for 4:2:0, shared by both rows).
-template <class F, ycc::Pix Out>
-inline void storePx(uint8_t* row, int x, v R, v G, v B, int alpha) {
+template <ycc::Pix Out>
+inline void storePx(uint8_t* const* row, int x, v R, v G, v B, int alpha) {
   using ycc::Pix;
-  if constexpr (Out == Pix::RGB) storeC3(row + 3 * x, R, G, B);
-  else if constexpr (Out == Pix::BGR) storeC3(row + 3 * x, B, G, R);
-  else if constexpr (Out == Pix::RGBA) storeC4(row + 4 * x, R, G, B, V::set8(alpha));
-  else storeC4(row + 4 * x, B, G, R, V::set8(alpha));
+  if constexpr (Out == Pix::RGB) storeC3(row[0] + 3 * x, R, G, B);
+  else if constexpr (Out == Pix::BGR) storeC3(row[0] + 3 * x, B, G, R);
+  else if constexpr (Out == Pix::RGBA) storeC4(row[0] + 4 * x, R, G, B, V::set8(alpha));
+  else if constexpr (Out == Pix::BGRA) storeC4(row[0] + 4 * x, B, G, R, V::set8(alpha));
+  else V::store<16>(row[0] + x, R), V::store<16>(row[1] + x, G), V::store<16>(row[2] + x, B);
 }
 
-template <int Rows, class F, ycc::Pix Out>
-int planesToRGB(const SubRows& io, int x, int n) {
-  const v z = V::zero(), c16 = V::set16(16), c128 = V::set16(128), rnd = V::set16(F::rnd);
-  for (; x + kBlock <= n; x += kBlock) {
-    const v u = V::slli16<7>(V::sub16(V::unpacklo8(V::load8<8>(io.s[0][1] + x / 2), z), c128));
-    const v w = V::slli16<7>(V::sub16(V::unpacklo8(V::load8<8>(io.s[0][2] + x / 2), z), c128));
+template <class F>
+struct Inv {
+  // Terms of 8 chroma samples per lane (bytes widened to 16-bit words),
+  // each doubled out to the two columns it serves: R, G, B, low and high.
+  static void chroma(v u8, v w8, v t[6]) {
+    const v c128 = V::set16(128), rnd = V::set16(F::rnd);
+    const v u = V::slli16<7>(V::sub16(u8, c128)), w = V::slli16<7>(V::sub16(w8, c128));
     const v rc = V::add16(V::mulhs(w, V::set16(F::cR)), rnd);
     const v gc = F::negG ? V::sub16(V::sub16(rnd, V::mulhs(u, V::set16(F::cGu))), V::mulhs(w, V::set16(F::cGv)))
                          : V::add16(V::add16(V::mulhs(u, V::set16(F::cGu)), V::mulhs(w, V::set16(F::cGv))), rnd);
     const v bc = V::add16(V::mulhs(u, V::set16(F::cB)), rnd);
-    const v rl = V::unpacklo16(rc, rc), rh = V::unpackhi16(rc, rc);
-    const v gl = V::unpacklo16(gc, gc), gh = V::unpackhi16(gc, gc);
-    const v bl = V::unpacklo16(bc, bc), bh = V::unpackhi16(bc, bc);
+    t[0] = V::unpacklo16(rc, rc), t[1] = V::unpackhi16(rc, rc);
+    t[2] = V::unpacklo16(gc, gc), t[3] = V::unpackhi16(gc, gc);
+    t[4] = V::unpacklo16(bc, bc), t[5] = V::unpackhi16(bc, bc);
+  }
+  // 16 luma bytes per lane with their chroma terms.
+  static void pixels(v y8, const v t[6], v& R, v& G, v& B) {
+    const v z = V::zero(), c16 = V::set16(16);
+    const v tl = V::mulhs(V::slli16<7>(V::sub16(V::unpacklo8(y8, z), c16)), V::set16(F::cY));
+    const v th = V::mulhs(V::slli16<7>(V::sub16(V::unpackhi8(y8, z), c16)), V::set16(F::cY));
+    R = V::packus16(V::srai16<F::sh>(V::add16(tl, t[0])), V::srai16<F::sh>(V::add16(th, t[1])));
+    G = V::packus16(V::srai16<F::sh>(V::add16(tl, t[2])), V::srai16<F::sh>(V::add16(th, t[3])));
+    B = V::packus16(V::srai16<F::sh>(V::add16(tl, t[4])), V::srai16<F::sh>(V::add16(th, t[5])));
+  }
+};
+
+template <int Rows, class F, ycc::Pix Out>
+int planesToRGB(const SubRows& io, int x, int n) {
+  const v z = V::zero();
+  for (; x + kBlock <= n; x += kBlock) {
+    v t[6];
+    Inv<F>::chroma(V::unpacklo8(V::load8<8>(io.s[0][1] + x / 2), z), V::unpacklo8(V::load8<8>(io.s[0][2] + x / 2), z), t);
     for (int r = 0; r < Rows; ++r) {
-      const v y8 = V::load<16>(io.s[r][0] + x);
-      const v tl = V::mulhs(V::slli16<7>(V::sub16(V::unpacklo8(y8, z), c16)), V::set16(F::cY));
-      const v th = V::mulhs(V::slli16<7>(V::sub16(V::unpackhi8(y8, z), c16)), V::set16(F::cY));
-      const v R = V::packus16(V::srai16<F::sh>(V::add16(tl, rl)), V::srai16<F::sh>(V::add16(th, rh)));
-      const v G = V::packus16(V::srai16<F::sh>(V::add16(tl, gl)), V::srai16<F::sh>(V::add16(th, gh)));
-      const v B = V::packus16(V::srai16<F::sh>(V::add16(tl, bl)), V::srai16<F::sh>(V::add16(th, bh)));
-      storePx<F, Out>(io.d[r][0], x, R, G, B, io.alpha);
+      v R, G, B;
+      Inv<F>::pixels(V::load<16>(io.s[r][0] + x), t, R, G, B);
+      storePx<Out>(io.d[r], x, R, G, B, io.alpha);
     }
+  }
+  return x;
+}
+
+// Packed 4:2:2 rows: each 16-byte block of 4 pairs is shuffled to its 8 luma
+// bytes, then its 4 first and 4 second chroma bytes.
+constexpr Mask16 maskPacked422(bool crFirst) {
+  Mask16 m{};
+  for (int i = 0; i < 8; ++i) m.b[i] = static_cast<int8_t>(2 * i);
+  for (int j = 0; j < 4; ++j) {
+    m.b[8 + j] = static_cast<int8_t>(4 * j + (crFirst ? 3 : 1));   // Cb
+    m.b[12 + j] = static_cast<int8_t>(4 * j + (crFirst ? 1 : 3));  // Cr
+  }
+  return m;
+}
+inline constexpr Mask16 kPacked422[2] = {maskPacked422(false), maskPacked422(true)};
+
+template <bool CrFirst, class F, ycc::Pix Out>
+int packedToRGB(const SubRows& io, int x, int n) {
+  const v z = V::zero(), m = V::bcast(kPacked422[CrFirst].b);
+  for (; x + kBlock <= n; x += kBlock) {
+    const uint8_t* p = io.s[0][0] + 2 * x;
+    const v a = V::shuffle8(V::load<32>(p), m), b = V::shuffle8(V::load<32>(p + 16), m);
+    const v c = V::unpackhi32(a, b);  // Cb 0-7, Cr 0-7
+    v t[6], R, G, B;
+    Inv<F>::chroma(V::unpacklo8(c, z), V::unpackhi8(c, z), t);
+    Inv<F>::pixels(V::unpacklo64(a, b), t, R, G, B);
+    storePx<Out>(io.d[0], x, R, G, B, io.alpha);
   }
   return x;
 }
@@ -126,6 +170,12 @@ extern const YccSubKernels kYccSubKernels = {
     planesToRGB<1, ycc::J3c, Pix::RGB>,
     planesToRGB<1, ycc::J5, Pix::RGB>,
     planesToRGB<1, ycc::J3c, Pix::BGR>,
+    packedToRGB<false, ycc::J2c, Pix::RGB>,
+    packedToRGB<false, ycc::J2c, Pix::P3>,
+    packedToRGB<true, ycc::J2c, Pix::RGB>,
+    packedToRGB<true, ycc::J2c, Pix::P3>,
+    packedToRGB<false, ycc::J3c, Pix::BGR>,
+    packedToRGB<false, ycc::J6, Pix::BGRA>,
 };
 
 }  // namespace KEL_ISA_NS
