@@ -10,9 +10,14 @@ namespace {
 
 using namespace ycc444;
 
+// `tailChain`: 32-bit-lane kernels of the tail formula, for rows that are
+// all tail.
 template <Lay In, Lay Out, class Body, class Tail>
-void myRows3(const Row3& base, int srcStep, int dstStep, KeliSize roi, int body, const Chain3& chain) {
-  forRows(roi.height, [&](int r) { row3<In, Out, Body, Tail>(rowOf(base, srcStep, dstStep, r), roi.width, body, chain); });
+void myRows3(const Row3& base, int srcStep, int dstStep, KeliSize roi, int body, const Chain3& chain,
+             const Chain3& tailChain = {}) {
+  forRows(roi.height, [&](int r) {
+    row3<In, Out, Body, Tail>(rowOf(base, srcStep, dstStep, r), roi.width, body, chain, tailChain);
+  });
 }
 
 // Three planes to four-byte pixels whose fourth byte is `alpha`, in body
@@ -81,7 +86,7 @@ KelStatus keliRGBToYCbCr_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int d
 
 KelStatus keliRGBToYCbCr_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkA({src, dst}, {}, roi)) return st;
-  myRows3<Lay::AC4, Lay::AC4, FT, FT>({{src}, {dst}}, srcStep, dstStep, roi, 0, {});
+  myRows3<Lay::AC4, Lay::AC4, FT, FT>({{src}, {dst}}, srcStep, dstStep, roi, 0, {}, chain(&Ycc444Kernels::rgbAC4_FT));
   return kelStatusOk;
 }
 
@@ -117,7 +122,7 @@ KelStatus keliYCbCrToRGB_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int d
 
 KelStatus keliYCbCrToRGB_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkA({src, dst}, {}, roi)) return st;
-  myRows3<Lay::AC4, Lay::AC4, L1, L1>({{src}, {dst}}, srcStep, dstStep, roi, 0, {});
+  myRows3<Lay::AC4, Lay::AC4, L1, L1>({{src}, {dst}}, srcStep, dstStep, roi, 0, {}, chain(&Ycc444Kernels::yccAC4_L1));
   return kelStatusOk;
 }
 

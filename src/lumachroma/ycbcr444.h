@@ -22,6 +22,9 @@ struct Ycc444Kernels {
   Kern3 yccP3C3_J3r;  // P3 -> C3, form J3, samples written B, G, R
   Kern3A yccP3C4_J4;  // P3 -> C4, form J4
   Kern3A yccP3C4_J4r; // P3 -> C4, form J4, samples written B, G, R
+  // The 32-bit tail forms in 32-bit lanes, for the members that are all tail.
+  Kern3 rgbAC4_FT;    // AC4 -> AC4, form FT
+  Kern3 yccAC4_L1;    // AC4 -> AC4, form L1
 };
 namespace sse41 {
 extern const Ycc444Kernels kYcc444Kernels;

@@ -84,6 +84,42 @@ struct Rev {
   static void vec(v a, v b, v c, v& x, v& y, v& z) { F::vec(a, b, c, z, y, x); }
 };
 
+// FT and L in 32-bit lanes: the products and sums of the scalar forms. The
+// results of FT lie in 0..255, so the saturating narrowing is its byte8.
+inline v dot32(v a, v b, v c, int ka, int kb, int kc, int k0) {
+  return V::add32(V::add32(V::add32(V::mullo32(a, V::set32(ka)), V::mullo32(b, V::set32(kb))),
+                           V::mullo32(c, V::set32(kc))),
+                  V::set32(k0));
+}
+struct FT {
+  static void vec(v r, v g, v b, v& Y, v& Cb, v& Cr) {
+    v R[4], G[4], B[4], y[4], cb[4], cr[4];
+    widen32(r, R), widen32(g, G), widen32(b, B);
+    for (int i = 0; i < 4; ++i) {
+      y[i] = V::srai32<16>(dot32(R[i], G[i], B[i], 16843, 33030, 6423, 1081344));
+      cb[i] = V::srai32<16>(dot32(R[i], G[i], B[i], -9699, -19071, 28770, 8421376));
+      cr[i] = V::srai32<16>(dot32(R[i], G[i], B[i], 28770, -24117, -4653, 8421376));
+    }
+    Y = narrow32(y), Cb = narrow32(cb), Cr = narrow32(cr);
+  }
+};
+template <int k, int a, int b, int c, int d, int e>
+struct L {
+  static void vec(v Y8, v Cb8, v Cr8, v& R8, v& G8, v& B8) {
+    v Y[4], U[4], W[4], r[4], g[4], bb[4];
+    widen32(Y8, Y), widen32(Cb8, U), widen32(Cr8, W);
+    for (int i = 0; i < 4; ++i) {
+      const v y = V::add32(V::mullo32(Y[i], V::set32(k)), V::set32(e - 16 * k));
+      const v u = V::sub32(U[i], V::set32(128)), w = V::sub32(W[i], V::set32(128));
+      r[i] = V::srai32<16>(V::add32(y, V::mullo32(w, V::set32(a))));
+      g[i] = V::srai32<16>(V::add32(V::add32(y, V::mullo32(u, V::set32(b))), V::mullo32(w, V::set32(c))));
+      bb[i] = V::srai32<16>(V::add32(y, V::mullo32(u, V::set32(d))));
+    }
+    R8 = narrow32(r), G8 = narrow32(g), B8 = narrow32(bb);
+  }
+};
+using L1 = L<76284, 104595, -25690, -53281, 132186, 0>;
+
 // Three planes to four-byte pixels with a constant fourth byte.
 template <class F>
 int kernP3C4(const Row3& io, int x, int n, uint8_t alpha) {
@@ -104,7 +140,7 @@ extern const Ycc444Kernels kYcc444Kernels = {
     kern3<Lay::C3, Lay::C3, F1>,      kern3<Lay::C3, Lay::P3, F2>,      kern3<Lay::AC4, Lay::P3, F2>,
     kern3<Lay::P3, Lay::P3, F2>,      kern3<Lay::C3, Lay::C3, J1>,      kern3<Lay::P3, Lay::P3, J2>,
     kern3<Lay::P3, Lay::C3, J3>,      kern3<Lay::P3, Lay::C3, Rev<J3>>, kernP3C4<J4>,
-    kernP3C4<Rev<J4>>,
+    kernP3C4<Rev<J4>>,                kern3<Lay::AC4, Lay::AC4, FT>,    kern3<Lay::AC4, Lay::AC4, L1>,
 };
 
 }  // namespace KEL_ISA_NS

@@ -29,9 +29,12 @@ void myRGBToYUV420_C3P3(const uint8_t* src, int srcStep, uint8_t* const dst[3], 
 void myRGBToYUV420_P3(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], const int dstStep[3],
                       KeliSize roi) {
   const int ss[3] = {srcStep, srcStep, srcStep};
+  // The whole row is tail. Its formula is exact in 32-bit lanes: the
+  // kernels take whole blocks of it and the scalar form the rest.
   const int n = cols(roi);
+  const ChainSub c = chain(&YuvSubKernels::rgbP3_Q3);
   myPairsSub(src, ss, 3, 3, dst, dstStep, 3, 1, roi.height, 0, [&](const SubRows& io) {
-    row420Fwd<RGBP, Q3, Q3>(io, n, 0, {});
+    row420Fwd<RGBP, Q3, Q3>(io, n, n, c);
   });
 }
 // Planes to RGB C3: every column by I2 (the vector blocks, then single
@@ -49,9 +52,11 @@ void myYUV420ToRGB_P3C3(const uint8_t* const src[3], const int srcStep[3], uint8
 void myYUV420ToRGB_P3(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], int dstStep,
                       KeliSize roi) {
   const int ds[3] = {dstStep, dstStep, dstStep};
+  // All tail, with 32-bit-lane kernels of the tail formula (as above).
   const int n = cols(roi);
+  const ChainSub c = chain(&YuvSubKernels::yuv420P3_KA);
   myPairsSub(src, srcStep, 3, 1, dst, ds, 3, 3, roi.height, 0, [&](const SubRows& io) {
-    rowInv<YuvP, RGBP, KA, KA>(io, 2, n, 0, {});
+    rowInv<YuvP, RGBP, KA, KA>(io, 2, n, n, c);
   });
 }
 

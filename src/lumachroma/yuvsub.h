@@ -28,6 +28,9 @@ struct YuvSubKernels {
   KernSub yuv420C3_I2;    // 4:2:0, planes -> C3, form I2
   KernSub yuv420C4_IA;    // 4:2:0, planes -> C4, form IA
   KernSub yuv420BGR_I3;   // 4:2:0, planes -> BGR, form I3
+  // The 32-bit tail forms in 32-bit lanes, for the members that are all tail.
+  KernSub rgbP3_Q3;       // 4:2:0, planes -> planes, form Q3
+  KernSub yuv420P3_KA;    // 4:2:0, planes -> planes, form KA
 };
 namespace sse41 {
 extern const YuvSubKernels kYuvSubKernels;

@@ -273,6 +273,72 @@ int bgrx_Q4(const SubRows& io, int x, int n) {
   return x;
 }
 
+// ---- 4:2:0 tail forms in 32-bit lanes ------------------------------------------
+// Q3. The block's sum of luma terms is the same weighted sum of its channel
+// sums, so the chroma comes from the pair sums of the two rows.
+inline v q16(v R, v G, v B) {
+  return V::add32(V::add32(V::mullo32(R, V::set32(19595)), V::mullo32(G, V::set32(38470))),
+                  V::mullo32(B, V::set32(7471)));
+}
+inline v chromaQ3(v sC, v s, int k) {  // ((((sC << 16) - s + 131071) >> 16) * k >> 18) + 128
+  const v d = V::srai32<16>(V::add32(V::sub32(V::slli32<16>(sC), s), V::set32(131071)));
+  return V::add32(V::srai32<18>(V::mullo32(d, V::set32(k))), V::set32(128));
+}
+int rgbP3_Q3(const SubRows& io, int x, int n) {
+  for (; x + kBlock <= n; x += kBlock) {
+    v s16[3] = {V::zero(), V::zero(), V::zero()};  // block sums of R, G, B: eight per lane
+    for (int k = 0; k < 2; ++k) {
+      v c[3][4], y[4];
+      for (int p = 0; p < 3; ++p) {
+        const v b = V::load<16>(io.s[k][p] + x);
+        widen32(b, c[p]);
+        s16[p] = V::add16(s16[p], bytePairs(b));
+      }
+      for (int i = 0; i < 4; ++i) y[i] = V::srai32<16>(q16(c[0][i], c[1][i], c[2][i]));
+      V::store<16>(io.d[k][0] + x, narrow32(y));
+    }
+    v u[2], w[2];
+    for (int h = 0; h < 2; ++h) {
+      v sc[3];
+      for (int p = 0; p < 3; ++p) sc[p] = h ? V::unpackhi16(s16[p], V::zero()) : V::unpacklo16(s16[p], V::zero());
+      const v sy = q16(sc[0], sc[1], sc[2]);
+      u[h] = chromaQ3(sc[2], sy, 32244);  // in 0..255: the narrowing is the byte8 of the form
+      w[h] = chromaQ3(sc[0], sy, 57475);
+    }
+    V::store8<8>(io.d[0][1] + x / 2, chromaOut(V::packs32(u[0], u[1])));
+    V::store8<8>(io.d[0][2] + x / 2, chromaOut(V::packs32(w[0], w[1])));
+  }
+  return x;
+}
+// KA, the chroma products formed once for the two rows of the pair.
+int yuv420P3_KA(const SubRows& io, int x, int n) {
+  for (; x + kBlock <= n; x += kBlock) {
+    const v u8 = V::load8<8>(io.s[0][1] + x / 2), w8 = V::load8<8>(io.s[0][2] + x / 2);
+    v U[4], W[4], tr[4], tg[4], tb[4];
+    widen32(V::unpacklo8(u8, u8), U), widen32(V::unpacklo8(w8, w8), W);
+    for (int i = 0; i < 4; ++i) {
+      const v u = V::sub32(U[i], V::set32(128)), w = V::sub32(W[i], V::set32(128));
+      tr[i] = V::mullo32(w, V::set32(74711));
+      tg[i] = V::add32(V::mullo32(u, V::set32(-25821)), V::mullo32(w, V::set32(-38076)));
+      tb[i] = V::mullo32(u, V::set32(133169));
+    }
+    for (int k = 0; k < 2; ++k) {
+      v Y[4], r[4], g[4], b[4];
+      widen32(V::load<16>(io.s[k][0] + x), Y);
+      for (int i = 0; i < 4; ++i) {
+        const v y = V::slli32<16>(Y[i]);
+        r[i] = V::srai32<16>(V::add32(y, tr[i]));
+        g[i] = V::srai32<16>(V::add32(y, tg[i]));
+        b[i] = V::srai32<16>(V::add32(y, tb[i]));
+      }
+      V::store<16>(io.d[k][0] + x, narrow32(r));
+      V::store<16>(io.d[k][1] + x, narrow32(g));
+      V::store<16>(io.d[k][2] + x, narrow32(b));
+    }
+  }
+  return x;
+}
+
 }  // namespace
 
 extern const YuvSubKernels kYuvSubKernels = {
@@ -289,6 +355,8 @@ extern const YuvSubKernels kYuvSubKernels = {
     inv<I2, FromP3, ToRGB, 2>,
     inv<IA, FromP3, ToRGBA, 2>,
     inv<I3, FromP3, ToBGR, 2>,
+    rgbP3_Q3,
+    yuv420P3_KA,
 };
 
 }  // namespace KEL_ISA_NS
