@@ -28,9 +28,12 @@ inline int bodyOwn420(int w) { return (w & 7) >= 4 ? (w & ~15) + 4 : w & ~15; }
 template <Pix In>
 void ownToYCbCr420(const Side& s, const Side& d, KeliSize roi) {
   const int w = roi.width, body = bodyOwn420(w);
+  const Chain<KernSub> ch = chainOf(In == Pix::BGR    ? &YccSubKernels::bgr420_YO_CB
+                                    : In == Pix::BGRA ? &YccSubKernels::bgra420_YO_CB
+                                                      : &YccSubKernels::rgba420_YO_CB);
   forRowPairs(roi.height, [&](int k) {
     const SubRows io = rowsOf(s, d, k, true);
-    fwdGroups<2, 2, In, Planar, YO, YO, CB>(io, 0, body);
+    fwdGroups<2, 2, In, Planar, YO, YO, CB>(io, runBody(ch, io, body), body);
     fwdGroups<2, 2, In, Planar, YT, YT, CE>(io, body, w & ~1);
   });
 }

@@ -42,11 +42,12 @@ inline int bodyOwn422(int w) { return (w & 15) >= 8 ? (w & ~31) + 8 : w & ~31; }
 enum class Odd { Nothing, Luma, LumaAndCb };
 
 template <Pix In, class Out, Odd O>
-void ownRGBToYCbCr422(const Side& s, const Side& d, KeliSize roi) {
+void ownRGBToYCbCr422(const Side& s, const Side& d, KeliSize roi, KernSub YccSubKernels::*kern) {
   const int w = roi.width, body = bodyOwn422(w);
+  const Chain<KernSub> ch = chainOf(kern);
   forRows(roi.height, [&](int r) {
     const SubRows io = rowsOf(s, d, r, false);
-    fwdGroups<2, 1, In, Out, YO, YO, CA>(io, 0, body);
+    fwdGroups<2, 1, In, Out, YO, YO, CA>(io, runBody(ch, io, body), body);
     fwdGroups<2, 1, In, Out, YT, YT, CD>(io, body, w & ~1);
     if (O != Odd::Nothing && (w & 1)) {
       const int x = w - 1;
@@ -164,33 +165,38 @@ KelStatus keliRGBToYCrCb422_8u_P3C2R(const Kel8u* const src[3], int srcStep, Kel
 KelStatus keliRGBToYCbCr422_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi) {
   if (KelStatus st = checkB({src}, {planes(dst, 3)}, roi, 2, 1)) return st;
   ownRGBToYCbCr422<Pix::RGB, Planar, Odd::Nothing>(
-      one(src, srcStep), three(dst[0], dst[1], dst[2], dstStep[0], dstStep[1], dstStep[2]), roi);
+      one(src, srcStep), three(dst[0], dst[1], dst[2], dstStep[0], dstStep[1], dstStep[2]), roi,
+      &YccSubKernels::rgb422_YO_CA);
   return status422(roi);
 }
 
 KelStatus keliBGRToYCbCr422_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi) {
   if (KelStatus st = checkB({src}, {planes(dst, 3)}, roi, 2, 1)) return st;
   ownRGBToYCbCr422<Pix::BGR, Planar, Odd::Luma>(
-      one(src, srcStep), three(dst[0], dst[1], dst[2], dstStep[0], dstStep[1], dstStep[2]), roi);
+      one(src, srcStep), three(dst[0], dst[1], dst[2], dstStep[0], dstStep[1], dstStep[2]), roi,
+      &YccSubKernels::bgr422_YO_CA);
   return kelStatusOk;
 }
 
 KelStatus keliBGRToYCbCr422_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi) {
   if (KelStatus st = checkB({src}, {planes(dst, 3)}, roi, 2, 1)) return st;
   ownRGBToYCbCr422<Pix::BGRA, Planar, Odd::Luma>(
-      one(src, srcStep), three(dst[0], dst[1], dst[2], dstStep[0], dstStep[1], dstStep[2]), roi);
+      one(src, srcStep), three(dst[0], dst[1], dst[2], dstStep[0], dstStep[1], dstStep[2]), roi,
+      &YccSubKernels::bgra422_YO_CA);
   return kelStatusOk;
 }
 
 KelStatus keliBGRToYCbCr422_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkB({src, dst}, {}, roi, 2, 1)) return st;
-  ownRGBToYCbCr422<Pix::BGR, Packed<false>, Odd::LumaAndCb>(one(src, srcStep), one(dst, dstStep), roi);
+  ownRGBToYCbCr422<Pix::BGR, Packed<false>, Odd::LumaAndCb>(one(src, srcStep), one(dst, dstStep), roi,
+      &YccSubKernels::bgr422c2_YO_CA);
   return kelStatusOk;
 }
 
 KelStatus keliBGRToYCbCr422_8u_AC4C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkB({src, dst}, {}, roi, 2, 1)) return st;
-  ownRGBToYCbCr422<Pix::BGRA, Packed<false>, Odd::LumaAndCb>(one(src, srcStep), one(dst, dstStep), roi);
+  ownRGBToYCbCr422<Pix::BGRA, Packed<false>, Odd::LumaAndCb>(one(src, srcStep), one(dst, dstStep), roi,
+      &YccSubKernels::bgra422c2_YO_CA);
   return kelStatusOk;
 }
 

@@ -51,6 +51,14 @@ struct YccSubKernels {
   KernSub c2cr_J2_p3;     // packed Y0 Cr Y1 Cb -> RGB planes
   KernSub c2_J3_bgr;      // packed Y0 Cb Y1 Cr -> BGR C3
   KernSub c2_J6_bgra;     // packed Y0 Cb Y1 Cr -> BGR + alpha
+  KernSub bgr422_YO_CA;   // BGR C3 -> 4:2:2 planes
+  KernSub bgra422_YO_CA;  // BGR + alpha -> 4:2:2 planes
+  KernSub rgb422_YO_CA;   // RGB C3 -> 4:2:2 planes
+  KernSub bgr422c2_YO_CA;   // BGR C3 -> packed Y0 Cb Y1 Cr
+  KernSub bgra422c2_YO_CA;  // BGR + alpha -> packed Y0 Cb Y1 Cr
+  KernSub bgr420_YO_CB;   // BGR C3 -> 4:2:0 planes
+  KernSub bgra420_YO_CB;  // BGR + alpha -> 4:2:0 planes
+  KernSub rgba420_YO_CB;  // RGB + alpha -> 4:2:0 planes
 };
 namespace sse41 {
 extern const YccSubKernels kYccSubKernels;

@@ -75,6 +75,81 @@ int rgb420_YF_CG(const SubRows& io, int x, int n) {
   return x;
 }
 
+// ---- forward, the BGR line: luma YO, chroma CA (4:2:2) and CB (4:2:0) -----------
+template <ycc::Pix In>
+inline void loadRGB(const uint8_t* row, int x, v& R, v& G, v& B) {
+  using ycc::Pix;
+  v a;
+  if constexpr (In == Pix::RGB) loadC3q(row + 3 * x, R, G, B);
+  else if constexpr (In == Pix::BGR) loadC3q(row + 3 * x, B, G, R);
+  else if constexpr (In == Pix::RGBA) loadC4(row + 4 * x, R, G, B, a);
+  else loadC4(row + 4 * x, B, G, R, a);
+}
+// YO on the even and odd pixels apart (samples << 8 by a shift or a mask);
+// YO stays within 16..235, so the halves recombine with a shift and an or.
+inline v lumaYO(v r, v g, v b) {
+  const v hi = V::set16(-256);
+  auto y = [](v r8, v g8, v b8) {
+    const v s = V::add16(V::add16(V::mulhu(r8, V::set16(8422)), V::mulhu(g8, V::set16(16515))),
+                         V::add16(V::mulhu(b8, V::set16(3212)), V::set16(2112)));
+    return V::srli16<7>(s);
+  };
+  const v ye = y(V::slli16<8>(r), V::slli16<8>(g), V::slli16<8>(b));
+  const v yo = y(V::and_(r, hi), V::and_(g, hi), V::and_(b, hi));
+  return V::or_(ye, V::slli16<8>(yo));
+}
+// CA / CB on sums << 5; the results lie in 16..240 before the clip, so the
+// logical shift serves. Returns Cb in the low and Cr in the high 8 bytes of
+// each lane.
+template <int Off, int Sh>
+inline v chromaCU(v sr, v sg, v sb) {
+  const v off = V::set16(Off);
+  const v cb = V::srli16<Sh>(V::add16(
+      V::sub16(V::sub16(V::mulhu(sb, V::set16(28770)), V::mulhu(sr, V::set16(9699))), V::mulhu(sg, V::set16(19071))), off));
+  const v cr = V::srli16<Sh>(V::add16(
+      V::sub16(V::sub16(V::mulhu(sr, V::set16(28770)), V::mulhu(sg, V::set16(24117))), V::mulhu(sb, V::set16(4653))), off));
+  return V::packus16(cb, cr);
+}
+
+// 4:2:2: planes, or packed Y0 Cb Y1 Cr.
+template <ycc::Pix In, bool ToPacked>
+int own422_YO_CA(const SubRows& io, int x, int n) {
+  const v k32 = V::set8(32);
+  for (; x + kBlock <= n; x += kBlock) {
+    v R, G, B;
+    loadRGB<In>(io.s[0][0], x, R, G, B);
+    const v y = lumaYO(R, G, B);
+    const v c = chromaCU<8200, 6>(V::maddubs(R, k32), V::maddubs(G, k32), V::maddubs(B, k32));
+    if constexpr (ToPacked) {
+      const v cc = V::unpacklo8(c, V::bsrli<8>(c));  // Cb Cr pairs
+      V::store<32>(io.d[0][0] + 2 * x, V::unpacklo8(y, cc));
+      V::store<32>(io.d[0][0] + 2 * x + 16, V::unpackhi8(y, cc));
+    } else {
+      V::store<16>(io.d[0][0] + x, y);
+      V::storeHalves(io.d[0][1] + x / 2, io.d[0][2] + x / 2, c);
+    }
+  }
+  return x;
+}
+
+// 4:2:0 planes from a pair of rows.
+template <ycc::Pix In>
+int own420_YO_CB(const SubRows& io, int x, int n) {
+  const v k32 = V::set8(32);
+  for (; x + kBlock <= n; x += kBlock) {
+    v R0, G0, B0, R1, G1, B1;
+    loadRGB<In>(io.s[0][0], x, R0, G0, B0);
+    loadRGB<In>(io.s[1][0], x, R1, G1, B1);
+    V::store<16>(io.d[0][0] + x, lumaYO(R0, G0, B0));
+    V::store<16>(io.d[1][0] + x, lumaYO(R1, G1, B1));
+    const v c = chromaCU<16400, 7>(V::add16(V::maddubs(R0, k32), V::maddubs(R1, k32)),
+                                   V::add16(V::maddubs(G0, k32), V::maddubs(G1, k32)),
+                                   V::add16(V::maddubs(B0, k32), V::maddubs(B1, k32)));
+    V::storeHalves(io.d[0][1] + x / 2, io.d[0][2] + x / 2, c);
+  }
+  return x;
+}
+
 // ---- inverse: one chroma pair per two columns -> RGB ---------------------------
 // The chroma terms are computed once per chroma sample and doubled out to
 // both columns (and, for 4:2:0, shared by both rows).
@@ -176,6 +251,14 @@ extern const YccSubKernels kYccSubKernels = {
     packedToRGB<true, ycc::J2c, Pix::P3>,
     packedToRGB<false, ycc::J3c, Pix::BGR>,
     packedToRGB<false, ycc::J6, Pix::BGRA>,
+    own422_YO_CA<Pix::BGR, false>,
+    own422_YO_CA<Pix::BGRA, false>,
+    own422_YO_CA<Pix::RGB, false>,
+    own422_YO_CA<Pix::BGR, true>,
+    own422_YO_CA<Pix::BGRA, true>,
+    own420_YO_CB<Pix::BGR>,
+    own420_YO_CB<Pix::BGRA>,
+    own420_YO_CB<Pix::RGBA>,
 };
 
 }  // namespace KEL_ISA_NS
