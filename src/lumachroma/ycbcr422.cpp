@@ -15,10 +15,10 @@ using namespace ycc;
 // lone last pixel gets YT and, as its chroma byte, the chroma of its own
 // sample (Cb in a YCbCr row, Cr in a YCrCb row).
 template <Pix In, bool CrFirst>
-void innerRGBToYCbCr422_C2(const SubRows& io, int w) {
+void innerRGBToYCbCr422_C2(const SubRows& io, int w, const Chain<KernSub>& ch) {
   using Out = Packed<CrFirst>;
   const int body = w & ~7;
-  fwdGroups<2, 1, In, Out, YH, YH, CF>(io, 0, body);
+  fwdGroups<2, 1, In, Out, YH, YH, CF>(io, runBody(ch, io, body), body);
   fwdGroups<2, 1, In, Out, YT, YU, CF>(io, body, w & ~1);
   if (w & 1) {
     const int x = w - 1;
@@ -30,7 +30,10 @@ void innerRGBToYCbCr422_C2(const SubRows& io, int w) {
 }
 template <Pix In, bool CrFirst>
 void myRGBToYCbCr422_C2(const Side& s, const Side& d, KeliSize roi) {
-  forRows(roi.height, [&](int r) { innerRGBToYCbCr422_C2<In, CrFirst>(rowsOf(s, d, r, false), roi.width); });
+  using K = YccSubKernels;
+  const Chain<KernSub> ch = chainOf(In == Pix::P3 ? (CrFirst ? &K::p3c2cr_YH_CF : &K::p3c2_YH_CF)
+                                                  : (CrFirst ? &K::rgbc2cr_YH_CF : &K::rgbc2_YH_CF));
+  forRows(roi.height, [&](int r) { innerRGBToYCbCr422_C2<In, CrFirst>(rowsOf(s, d, r, false), roi.width, ch); });
 }
 
 // ---- forward, the own... line (YO, CA; tail YT, CD) -----------------------------

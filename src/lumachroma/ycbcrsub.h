@@ -59,6 +59,10 @@ struct YccSubKernels {
   KernSub bgr420_YO_CB;   // BGR C3 -> 4:2:0 planes
   KernSub bgra420_YO_CB;  // BGR + alpha -> 4:2:0 planes
   KernSub rgba420_YO_CB;  // RGB + alpha -> 4:2:0 planes
+  KernSub rgbc2_YH_CF;    // RGB C3 -> packed Y0 Cb Y1 Cr
+  KernSub p3c2_YH_CF;     // RGB planes -> packed Y0 Cb Y1 Cr
+  KernSub rgbc2cr_YH_CF;  // RGB C3 -> packed Y0 Cr Y1 Cb
+  KernSub p3c2cr_YH_CF;   // RGB planes -> packed Y0 Cr Y1 Cb
 };
 namespace sse41 {
 extern const YccSubKernels kYccSubKernels;

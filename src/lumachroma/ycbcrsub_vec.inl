@@ -150,6 +150,50 @@ int own420_YO_CB(const SubRows& io, int x, int n) {
   return x;
 }
 
+// ---- forward, RGB -> packed 4:2:2: luma YH, chroma CF ----------------------------
+// YH's sum of three truncated products stays below 65536 and YH within
+// 16..235: even and odd pixels go apart and recombine as in lumaYO. CF is a
+// 32-bit form: pmaddwd pairs (sB, sG) and (sR, 0) with their coefficients,
+// the offset carries the rounding, and the result lies in 16..240.
+inline v lumaYH(v r, v g, v b) {
+  const v hi = V::set16(-256);
+  auto y = [](v r8, v g8, v b8) {
+    const v s = V::add16(V::add16(V::mulhu(r8, V::set16(16843)), V::mulhu(g8, V::set16(-32506))),
+                         V::mulhu(b8, V::set16(6423)));  // -32506 is 33030 as a 16-bit lane
+    return V::add16(V::srli16<8>(s), V::set16(16));
+  };
+  const v ye = y(V::slli16<8>(r), V::slli16<8>(g), V::slli16<8>(b));
+  const v yo = y(V::and_(r, hi), V::and_(g, hi), V::and_(b, hi));
+  return V::or_(ye, V::slli16<8>(yo));
+}
+// One chroma of 8 pairs per lane: (c0 * a + c1 * b + c2 * k + 16842752) >> 17.
+inline v chromaCF(v a, v b, v c, int ka, int kb, int kc) {
+  const v z = V::zero(), k01 = V::set32((ka & 0xFFFF) | (kb << 16)), k2 = V::set32(kc & 0xFFFF), off = V::set32(16842752);
+  auto half = [&](v ab, v c0) { return V::srai32<17>(V::add32(V::add32(V::madd16(ab, k01), V::madd16(c0, k2)), off)); };
+  return V::packs32(half(V::unpacklo16(a, b), V::unpacklo16(c, z)), half(V::unpackhi16(a, b), V::unpackhi16(c, z)));
+}
+template <ycc::Pix In, bool CrFirst>
+int rgbToPacked_YH_CF(const SubRows& io, int x, int n) {
+  const v ones = V::set8(1);
+  for (; x + kBlock <= n; x += kBlock) {
+    v R, G, B;
+    if constexpr (In == ycc::Pix::P3) {
+      R = V::load<16>(io.s[0][0] + x), G = V::load<16>(io.s[0][1] + x), B = V::load<16>(io.s[0][2] + x);
+    } else {
+      loadC3q(io.s[0][0] + 3 * x, R, G, B);
+    }
+    const v y = lumaYH(R, G, B);
+    const v sr = V::maddubs(R, ones), sg = V::maddubs(G, ones), sb = V::maddubs(B, ones);
+    const v cb = chromaCF(sb, sg, sr, 28770, -19071, -9699);
+    const v cr = chromaCF(sr, sg, sb, 28770, -24117, -4653);
+    const v cc = CrFirst ? V::packus16(V::unpacklo16(cr, cb), V::unpackhi16(cr, cb))
+                         : V::packus16(V::unpacklo16(cb, cr), V::unpackhi16(cb, cr));  // chroma byte pairs
+    V::store<32>(io.d[0][0] + 2 * x, V::unpacklo8(y, cc));
+    V::store<32>(io.d[0][0] + 2 * x + 16, V::unpackhi8(y, cc));
+  }
+  return x;
+}
+
 // ---- inverse: one chroma pair per two columns -> RGB ---------------------------
 // The chroma terms are computed once per chroma sample and doubled out to
 // both columns (and, for 4:2:0, shared by both rows).
@@ -259,6 +303,10 @@ extern const YccSubKernels kYccSubKernels = {
     own420_YO_CB<Pix::BGR>,
     own420_YO_CB<Pix::BGRA>,
     own420_YO_CB<Pix::RGBA>,
+    rgbToPacked_YH_CF<Pix::RGB, false>,
+    rgbToPacked_YH_CF<Pix::P3, false>,
+    rgbToPacked_YH_CF<Pix::RGB, true>,
+    rgbToPacked_YH_CF<Pix::P3, true>,
 };
 
 }  // namespace KEL_ISA_NS
