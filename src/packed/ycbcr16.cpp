@@ -247,10 +247,12 @@ KelStatus yuv420(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, i
 template <int F>
 KelStatus ycbcr411(const Kel8u* const src[3], const int srcStep[3], Kel16u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkB({dst}, {planes(src, 3)}, roi, 4, 1)) return st;
+  const Chain16 ch = chainOf([](const Ycc16Kernels& t) { return t.q411[F == kBGR565]; }, sse41::kYcc16Kernels,
+                             avx2::kYcc16Kernels);
   forRows(roi.height, [&](int r) {
     const Io16 io{{rowAt(src[0], srcStep[0], r), rowAt(src[1], srcStep[1], r), rowAt(src[2], srcStep[2], r)},
                   rowAt(dst, dstStep, r), r};
-    row16<Px<Quarter, YccRounded, Plain<F>>, Last411<Plain<F>>>(io, roi.width, roi.width & ~3, Chain16{});
+    row16<Px<Quarter, YccRounded, Plain<F>>, Last411<Plain<F>>>(io, roi.width, roi.width & ~3, ch);
   });
   return status411(roi);
 }

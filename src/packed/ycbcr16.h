@@ -40,6 +40,7 @@ struct Ycc16Kernels {
   Kern16 ycc[kSrc16Count][2][kFmt16Count];  // studio-range YCbCr body form: [layout][dithered][format]
   Kern16 yuv[2][kFmt16Count];               // YUV body form, half-width chroma planes
   Kern16x2 pair[2][2][kFmt16Count];         // 4:2:0 row pairs: [YCbCr, YUV][dithered][format]
+  Kern16 q411[2];                           // 4:1:1 rounded form, plain BGR555 and BGR565
 };
 namespace sse41 {
 extern const Ycc16Kernels kYcc16Kernels;

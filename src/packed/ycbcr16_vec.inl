@@ -13,23 +13,33 @@ namespace {
 using v = V::v;
 
 // ---- source layouts -----------------------------------------------------------
-// Full: 16 luma and 16 chroma bytes per lane. Half: 16 luma bytes and the 8
-// chroma bytes of their pairs in the low half of each lane, so that the
-// chroma terms are computed once per pair.
+// kChroma pixels share a chroma sample. Full: 16 luma and 16 chroma bytes
+// per lane. Half and quarter: 16 luma bytes and the 8 or 4 chroma bytes of
+// their groups at the low end of each lane, so that the chroma terms are
+// computed once per group.
 struct LC3 {
-  static constexpr bool kHalf = false;
+  static constexpr int kChroma = 1, kSlack = 0;
   static void bytes(const Io16& io, ptrdiff_t x, v& y, v& cb, v& cr) { loadC3(io.s[0] + 3 * x, y, cb, cr); }
 };
 struct LP3 {
-  static constexpr bool kHalf = false;
+  static constexpr int kChroma = 1, kSlack = 0;
   static void bytes(const Io16& io, ptrdiff_t x, v& y, v& cb, v& cr) {
     y = V::load<16>(io.s[0] + x), cb = V::load<16>(io.s[1] + x), cr = V::load<16>(io.s[2] + x);
   }
 };
 struct LHalf {
-  static constexpr bool kHalf = true;
+  static constexpr int kChroma = 2, kSlack = 0;
   static void bytes(const Io16& io, ptrdiff_t x, v& y, v& cb, v& cr) {
     y = V::load<16>(io.s[0] + x), cb = V::load8<8>(io.s[1] + (x >> 1)), cr = V::load8<8>(io.s[2] + (x >> 1));
+  }
+};
+// Chroma planes with a sample per four columns: the 4 chroma bytes of a lane
+// come with an 8-byte load, so the kernel stops 16 pixels early (kSlack) to
+// stay inside the chroma row.
+struct LQuarter {
+  static constexpr int kChroma = 4, kSlack = 16;
+  static void bytes(const Io16& io, ptrdiff_t x, v& y, v& cb, v& cr) {
+    y = V::load<16>(io.s[0] + x), cb = V::load8<4>(io.s[1] + (x >> 2)), cr = V::load8<4>(io.s[2] + (x >> 2));
   }
 };
 // Y0 Cb Y1 Cr: 32 bytes per 16 pixels.
@@ -43,7 +53,7 @@ inline constexpr Mask16 kC2Y0 = maskC2(0, 2, 8, 0), kC2Y1 = maskC2(0, 2, 8, 8);
 inline constexpr Mask16 kC2U0 = maskC2(1, 4, 4, 0), kC2U1 = maskC2(1, 4, 4, 4);
 inline constexpr Mask16 kC2V0 = maskC2(3, 4, 4, 0), kC2V1 = maskC2(3, 4, 4, 4);
 struct LC2 {
-  static constexpr bool kHalf = true;
+  static constexpr int kChroma = 2, kSlack = 0;
   static void bytes(const Io16& io, ptrdiff_t x, v& y, v& cb, v& cr) {
     const v a = V::load<32>(io.s[0] + 2 * x), b = V::load<32>(io.s[0] + 2 * x + 16);
     y = V::or_(V::shuffle8(a, mask<kC2Y0>()), V::shuffle8(b, mask<kC2Y1>()));
@@ -72,6 +82,12 @@ struct Yuv {
     tG = V::add16(V::mulhs(w, V::set16(4759)), V::mulhs(u, V::set16(3227)));
     tB = V::mulhs(u, V::set16(16646));
   }
+};
+
+// The 4:1:1 form rounds before the shift: the 8 rides on the luma term.
+struct YccRounded {
+  static v luma(v Y) { return V::add16(Ycc::luma(Y), V::set16(8)); }
+  static void terms(v Cb, v Cr, v& tR, v& tG, v& tB) { Ycc::terms(Cb, Cr, tR, tG, tB); }
 };
 
 // ---- packers ----------------------------------------------------------------------
@@ -141,12 +157,19 @@ inline void clipHigh(v lo, v hi, v& x0, v& x1) {
 // Chroma terms of 16 pixels per lane, in two halves.
 template <class L, class Form>
 inline void chromaTerms(v cb8, v cr8, v tR[2], v tG[2], v tB[2]) {
-  if constexpr (L::kHalf) {
+  if constexpr (L::kChroma > 1) {
     v r, g, b;
     Form::terms(V::unpacklo8(cb8, V::zero()), V::unpacklo8(cr8, V::zero()), r, g, b);
-    tR[0] = V::unpacklo16(r, r), tR[1] = V::unpackhi16(r, r);
-    tG[0] = V::unpacklo16(g, g), tG[1] = V::unpackhi16(g, g);
-    tB[0] = V::unpacklo16(b, b), tB[1] = V::unpackhi16(b, b);
+    if constexpr (L::kChroma == 4) {  // each value to four lanes
+      r = V::unpacklo16(r, r), g = V::unpacklo16(g, g), b = V::unpacklo16(b, b);
+      tR[0] = V::unpacklo32(r, r), tR[1] = V::unpackhi32(r, r);
+      tG[0] = V::unpacklo32(g, g), tG[1] = V::unpackhi32(g, g);
+      tB[0] = V::unpacklo32(b, b), tB[1] = V::unpackhi32(b, b);
+    } else {
+      tR[0] = V::unpacklo16(r, r), tR[1] = V::unpackhi16(r, r);
+      tG[0] = V::unpacklo16(g, g), tG[1] = V::unpackhi16(g, g);
+      tB[0] = V::unpacklo16(b, b), tB[1] = V::unpackhi16(b, b);
+    }
   } else {
     v cb[2], cr[2];
     widen(cb8, cb[0], cb[1]);
@@ -173,7 +196,7 @@ template <class L, class Form, class P>
 ptrdiff_t kern16(const Io16& io, ptrdiff_t x, ptrdiff_t n) {
   constexpr int kBlock = 16 * V::kLanes;
   const typename P::Thr thr(io.r);
-  for (; x + kBlock <= n; x += kBlock) {
+  for (; x + kBlock + L::kSlack <= n; x += kBlock) {
     v y8, cb8, cr8, tR[2], tG[2], tB[2];
     L::bytes(io, x, y8, cb8, cr8);
     chromaTerms<L, Form>(cb8, cr8, tR, tG, tB);
@@ -229,6 +252,8 @@ constexpr Ycc16Kernels makeTable() {
   fill<LHalf, Yuv>(t.yuv);
   fillPair<Ycc>(t.pair[0]);
   fillPair<Yuv>(t.pair[1]);
+  t.q411[0] = kern16<LQuarter, YccRounded, VPlain<kBGR555>>;
+  t.q411[1] = kern16<LQuarter, YccRounded, VPlain<kBGR565>>;
   return t;
 }
 
