@@ -11,6 +11,32 @@ namespace {
 using v = V::v;
 constexpr int kBlock = 16 * V::kLanes;  // luma columns a pass
 
+// ---- three-byte pixels to planar bytes -------------------------------------------
+// The 48 bytes of a lane are read as four 16-byte views of 4 whole pixels
+// each, each view is grouped R R R R G G G G B B B B by one shuffle, and two
+// rounds of unpacking gather the channels. Fewer shuffles and live masks
+// than frame/simd.h's loadC3, which matters in kernels that hold many
+// coefficients in registers.
+constexpr Mask16 maskQuad(int skip) {
+  Mask16 m{};
+  for (int c = 0; c < 3; ++c)
+    for (int p = 0; p < 4; ++p) m.b[4 * c + p] = static_cast<int8_t>(skip + 3 * p + c);
+  for (int i = 12; i < 16; ++i) m.b[i] = -128;
+  return m;
+}
+inline constexpr Mask16 kQuad = maskQuad(0), kQuadLast = maskQuad(4);
+// The four views are loaded directly from bytes 0, 12, 24 and 32 (the last
+// one 4 bytes early, so as not to read past the 48 bytes of the lane).
+inline void loadC3q(const uint8_t* p, v& c0, v& c1, v& c2) {
+  const v m = V::bcast(kQuad.b);
+  const v q0 = V::shuffle8(V::load<48>(p), m), q1 = V::shuffle8(V::load<48>(p + 12), m);
+  const v q2 = V::shuffle8(V::load<48>(p + 24), m), q3 = V::shuffle8(V::load<48>(p + 32), V::bcast(kQuadLast.b));
+  const v lo01 = V::unpacklo32(q0, q1), lo23 = V::unpacklo32(q2, q3);
+  c0 = V::unpacklo64(lo01, lo23);
+  c1 = V::unpackhi64(lo01, lo23);
+  c2 = V::unpacklo64(V::unpackhi32(q0, q1), V::unpackhi32(q2, q3));
+}
+
 // ---- forward: RGB C3 -> 4:2:0 planes, luma YF and chroma CG -----------------
 // Luma: even and odd pixels apart, as 16-bit lanes cut out of the byte
 // vector by pmaddubsw (no unpacking). pmaddubsw gives R << 6, and
@@ -19,30 +45,6 @@ constexpr int kBlock = 16 * V::kLanes;  // luma columns a pass
 // recombine with a shift and an or. Chroma: pmaddubsw with 32 sums
 // horizontal pairs already << 5, the two rows are added, and the 2 x 2 sums
 // go through pmulhrsw with the chroma coefficients.
-// Three-byte pixels to planar bytes with one shuffle mask: the 48 bytes of a
-// lane are realigned into four 16-byte views of 4 whole pixels each, each
-// view is grouped R R R R G G G G B B B B, and two rounds of unpacking
-// gather the channels. Fewer live masks than frame/simd.h's loadC3, which
-// matters in kernels that hold many coefficients in registers.
-constexpr Mask16 maskQuad() {
-  Mask16 m{};
-  for (int c = 0; c < 3; ++c)
-    for (int p = 0; p < 4; ++p) m.b[4 * c + p] = static_cast<int8_t>(3 * p + c);
-  for (int i = 12; i < 16; ++i) m.b[i] = -128;
-  return m;
-}
-inline constexpr Mask16 kQuad = maskQuad();
-inline void loadC3q(const uint8_t* p, v& c0, v& c1, v& c2) {
-  const v a = V::load<48>(p), b = V::load<48>(p + 16), c = V::load<48>(p + 32);
-  const v m = V::bcast(kQuad.b);
-  const v q0 = V::shuffle8(a, m), q1 = V::shuffle8(V::alignr<12>(b, a), m);
-  const v q2 = V::shuffle8(V::alignr<8>(c, b), m), q3 = V::shuffle8(V::bsrli<4>(c), m);
-  const v lo01 = V::unpacklo32(q0, q1), lo23 = V::unpacklo32(q2, q3);
-  c0 = V::unpacklo64(lo01, lo23);
-  c1 = V::unpackhi64(lo01, lo23);
-  c2 = V::unpacklo64(V::unpackhi32(q0, q1), V::unpackhi32(q2, q3));
-}
-
 inline v lumaYF(v r, v g, v b) {
   const v even = V::set16(0x0040), odd = V::set16(0x4000);
   auto y = [](v r6, v g6, v b6) {
