@@ -181,12 +181,6 @@ struct XQ {
 using XT = XQ<131071, 18>;
 using XU = XQ<65535, 17>;
 
-// Luma only, by YT: pixels outside the chroma grid in the YCbCr members.
-struct OnlyYT {
-  static int term(int R, int G, int B) { return lumaYT(R, G, B); }
-  static int luma(int t) { return t; }
-};
-
 }  // namespace pks
 }  // namespace
 
