@@ -55,6 +55,18 @@ struct V {
   static v load8(const void* p) { return _mm_loadl_epi64(static_cast<const __m128i*>(p)); }
   template <int Stride>
   static void store8(void* p, v x) { _mm_storel_epi64(static_cast<__m128i*>(p), x); }
+  // 4 bytes per lane into the low quarter; store of the low quarter.
+  template <int Stride>
+  static v load4(const void* p) {
+    int32_t x;
+    __builtin_memcpy(&x, p, 4);
+    return _mm_cvtsi32_si128(x);
+  }
+  template <int Stride>
+  static void store4(void* p, v x) {
+    const int32_t y = _mm_cvtsi128_si32(x);
+    __builtin_memcpy(p, &y, 4);
+  }
   // The low 8 bytes of every lane to lo, the high 8 bytes to hi, each side
   // contiguous (8 * kLanes bytes).
   static void storeHalves(void* lo, void* hi, v x) {
@@ -191,6 +203,21 @@ struct V {
     char* c = static_cast<char*>(p);
     _mm_storel_epi64(reinterpret_cast<__m128i*>(c), _mm256_castsi256_si128(x));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(c + Stride), _mm256_extracti128_si256(x, 1));
+  }
+  template <int Stride>
+  static v load4(const void* p) {
+    const char* c = static_cast<const char*>(p);
+    int32_t a, b;
+    __builtin_memcpy(&a, c, 4);
+    __builtin_memcpy(&b, c + Stride, 4);
+    return _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_cvtsi32_si128(a)), _mm_cvtsi32_si128(b), 1);
+  }
+  template <int Stride>
+  static void store4(void* p, v x) {
+    char* c = static_cast<char*>(p);
+    const int32_t a = _mm_cvtsi128_si32(_mm256_castsi256_si128(x)), b = _mm_cvtsi128_si32(_mm256_extracti128_si256(x, 1));
+    __builtin_memcpy(c, &a, 4);
+    __builtin_memcpy(c + Stride, &b, 4);
   }
   static void storeHalves(void* lo, void* hi, v x) {
     const __m256i q = _mm256_permute4x64_epi64(x, 0xD8);

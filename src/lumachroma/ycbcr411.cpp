@@ -12,11 +12,11 @@ using namespace ycc;
 // (YT, CE) up to w & ~3. The last w & 3 pixels get luma by YT where
 // `lastLuma` says so, and never chroma.
 template <Pix In, class Ly, class C>
-void ownBGRToYCbCr411(const Side& s, const Side& d, KeliSize roi, int body, bool lastLuma) {
+void ownBGRToYCbCr411(const Side& s, const Side& d, KeliSize roi, int body, bool lastLuma, const Chain<KernSub>& ch) {
   const int w = roi.width;
   forRows(roi.height, [&](int r) {
     const SubRows io = rowsOf(s, d, r, false);
-    fwdGroups<4, 1, In, Planar, Ly, Ly, C>(io, 0, body);
+    fwdGroups<4, 1, In, Planar, Ly, Ly, C>(io, runBody(ch, io, body), body);
     fwdGroups<4, 1, In, Planar, YT, YT, CE>(io, body, w & ~3);
     if (lastLuma)
       for (int x = w & ~3; x < w; ++x) {
@@ -33,9 +33,10 @@ void ownBGRToYCbCr411(const Side& s, const Side& d, KeliSize roi, int body, bool
 template <Pix Out>
 void myYCbCr411ToBGR(const Side& s, const Side& d, KeliSize roi, int alpha) {
   const int w = roi.width, body = w & ~3, r = w & 3;
+  const Chain<KernSub> ch = chainOf(Out == Pix::BGR ? &YccSubKernels::p411_J2_bgr : &YccSubKernels::p411_J2_bgra);
   forRows(roi.height, [&](int row) {
     const SubRows io = rowsOf(s, d, row, false, alpha);
-    invPixels<1, 2, Planar, Out, J2>(io, 0, body);
+    invPixels<1, 2, Planar, Out, J2>(io, runBody(ch, io, body), body);
     const int j = (w >> 2) - 1, Cb = io.s[0][1][j], Cr = io.s[0][2][j];
     for (int x = body; x < w; ++x) {
       int R, G, B;
@@ -63,14 +64,14 @@ extern "C" {
 KelStatus keliBGRToYCbCr411_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi) {
   if (KelStatus st = checkB({src}, {planes(dst, 3)}, roi, 4, 1)) return st;
   ownBGRToYCbCr411<Pix::BGR, YG, CH>(one(src, srcStep), three(dst[0], dst[1], dst[2], dstStep[0], dstStep[1], dstStep[2]),
-                                     roi, roi.width & ~15, false);
+                                     roi, roi.width & ~15, false, chainOf(&YccSubKernels::bgr411_YG_CH));
   return status411(roi);
 }
 
 KelStatus keliBGRToYCbCr411_8u_AC4P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi) {
   if (KelStatus st = checkB({src}, {planes(dst, 3)}, roi, 4, 1)) return st;
   ownBGRToYCbCr411<Pix::BGRA, YO, CB>(one(src, srcStep), three(dst[0], dst[1], dst[2], dstStep[0], dstStep[1], dstStep[2]),
-                                      roi, roi.width & ~31, true);
+                                      roi, roi.width & ~31, true, chainOf(&YccSubKernels::bgra411_YO_CB));
   return status411(roi);
 }
 

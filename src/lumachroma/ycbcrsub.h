@@ -63,6 +63,10 @@ struct YccSubKernels {
   KernSub p3c2_YH_CF;     // RGB planes -> packed Y0 Cb Y1 Cr
   KernSub rgbc2cr_YH_CF;  // RGB C3 -> packed Y0 Cr Y1 Cb
   KernSub p3c2cr_YH_CF;   // RGB planes -> packed Y0 Cr Y1 Cb
+  KernSub bgr411_YG_CH;   // BGR C3 -> 4:1:1 planes
+  KernSub bgra411_YO_CB;  // BGR + alpha -> 4:1:1 planes
+  KernSub p411_J2_bgr;    // 4:1:1 planes -> BGR C3
+  KernSub p411_J2_bgra;   // 4:1:1 planes -> BGR + alpha
 };
 namespace sse41 {
 extern const YccSubKernels kYccSubKernels;

@@ -57,6 +57,19 @@ inline v lumaYF(v r, v g, v b) {
   return V::or_(ye, V::slli16<8>(yo));
 }
 
+// YG: the same products as YF, 16 added after the shift.
+inline v lumaYG(v r, v g, v b) {
+  const v even = V::set16(0x0040), odd = V::set16(0x4000);
+  auto y = [](v r6, v g6, v b6) {
+    const v s = V::add16(V::add16(V::mulhr(r6, V::set16(2 * 4211)), V::mulhr(g6, V::set16(2 * 8258))),
+                         V::mulhr(b6, V::set16(2 * 1606)));
+    return V::add16(V::srai16<6>(s), V::set16(16));
+  };
+  const v ye = y(V::maddubs(r, even), V::maddubs(g, even), V::maddubs(b, even));
+  const v yo = y(V::maddubs(r, odd), V::maddubs(g, odd), V::maddubs(b, odd));
+  return V::or_(ye, V::slli16<8>(yo));
+}
+
 int rgb420_YF_CG(const SubRows& io, int x, int n) {
   const v k32 = V::set8(32), off = V::set16(8194);
   for (; x + kBlock <= n; x += kBlock) {
@@ -152,6 +165,36 @@ int own420_YO_CB(const SubRows& io, int x, int n) {
   return x;
 }
 
+// 4:1:1 planes, groups of four in one row: YG with CH (C3 member) or YO with
+// CB (AC4 member). The group sums << 5 come from pmaddubsw (pairs) and
+// pmaddwd (pairs of pairs); the 4 chroma samples of a lane go out as 4 bytes.
+inline v chromaCH(v sr, v sg, v sb) {
+  const v c128 = V::set16(128);
+  const v cb = V::add16(V::srai16<6>(V::sub16(V::sub16(V::mulhr(sb, V::set16(7193)), V::mulhr(sr, V::set16(2425))),
+                                              V::mulhr(sg, V::set16(4768)))), c128);
+  const v cr = V::add16(V::srai16<6>(V::sub16(V::sub16(V::mulhr(sr, V::set16(7193)), V::mulhr(sb, V::set16(1163))),
+                                              V::mulhr(sg, V::set16(6029)))), c128);
+  return V::packus16(cb, cr);
+}
+template <ycc::Pix In, bool FormsG>
+int own411(const SubRows& io, int x, int n) {
+  const v k32 = V::set8(32), ones = V::set16(1);
+  auto quad = [&](v c) {
+    const v m = V::madd16(V::maddubs(c, k32), ones);
+    return V::packs32(m, m);
+  };
+  for (; x + kBlock <= n; x += kBlock) {
+    v R, G, B;
+    loadRGB<In>(io.s[0][0], x, R, G, B);
+    V::store<16>(io.d[0][0] + x, FormsG ? lumaYG(R, G, B) : lumaYO(R, G, B));
+    const v sr = quad(R), sg = quad(G), sb = quad(B);
+    const v c = FormsG ? chromaCH(sr, sg, sb) : chromaCU<16400, 7>(sr, sg, sb);  // Cb x 4 twice, Cr x 4 twice
+    V::store4<4>(io.d[0][1] + x / 4, c);
+    V::store4<4>(io.d[0][2] + x / 4, V::bsrli<8>(c));
+  }
+  return x;
+}
+
 // ---- forward, RGB -> packed 4:2:2: luma YH, chroma CF ----------------------------
 // YH's sum of three truncated products stays below 65536 and YH within
 // 16..235: even and odd pixels go apart and recombine as in lumaYO. CF is a
@@ -213,6 +256,7 @@ template <class F>
 struct Inv {
   // Terms of 8 chroma samples per lane (bytes widened to 16-bit words),
   // each doubled out to the two columns it serves: R, G, B, low and high.
+  template <int Rep = 2>
   static void chroma(v u8, v w8, v t[6]) {
     const v c128 = V::set16(128), rnd = V::set16(F::rnd);
     const v u = V::slli16<7>(V::sub16(u8, c128)), w = V::slli16<7>(V::sub16(w8, c128));
@@ -220,9 +264,16 @@ struct Inv {
     const v gc = F::negG ? V::sub16(V::sub16(rnd, V::mulhs(u, V::set16(F::cGu))), V::mulhs(w, V::set16(F::cGv)))
                          : V::add16(V::add16(V::mulhs(u, V::set16(F::cGu)), V::mulhs(w, V::set16(F::cGv))), rnd);
     const v bc = V::add16(V::mulhs(u, V::set16(F::cB)), rnd);
-    t[0] = V::unpacklo16(rc, rc), t[1] = V::unpackhi16(rc, rc);
-    t[2] = V::unpacklo16(gc, gc), t[3] = V::unpackhi16(gc, gc);
-    t[4] = V::unpacklo16(bc, bc), t[5] = V::unpackhi16(bc, bc);
+    if constexpr (Rep == 2) {
+      t[0] = V::unpacklo16(rc, rc), t[1] = V::unpackhi16(rc, rc);
+      t[2] = V::unpacklo16(gc, gc), t[3] = V::unpackhi16(gc, gc);
+      t[4] = V::unpacklo16(bc, bc), t[5] = V::unpackhi16(bc, bc);
+    } else {  // four columns a sample: the low 4 samples of the lane
+      const v r2 = V::unpacklo16(rc, rc), g2 = V::unpacklo16(gc, gc), b2 = V::unpacklo16(bc, bc);
+      t[0] = V::unpacklo32(r2, r2), t[1] = V::unpackhi32(r2, r2);
+      t[2] = V::unpacklo32(g2, g2), t[3] = V::unpackhi32(g2, g2);
+      t[4] = V::unpacklo32(b2, b2), t[5] = V::unpackhi32(b2, b2);
+    }
   }
   // 16 luma bytes per lane with their chroma terms.
   static void pixels(v y8, const v t[6], v& R, v& G, v& B) {
@@ -240,12 +291,26 @@ int planesToRGB(const SubRows& io, int x, int n) {
   const v z = V::zero();
   for (; x + kBlock <= n; x += kBlock) {
     v t[6];
-    Inv<F>::chroma(V::unpacklo8(V::load8<8>(io.s[0][1] + x / 2), z), V::unpacklo8(V::load8<8>(io.s[0][2] + x / 2), z), t);
+    Inv<F>::template chroma<2>(V::unpacklo8(V::load8<8>(io.s[0][1] + x / 2), z), V::unpacklo8(V::load8<8>(io.s[0][2] + x / 2), z), t);
     for (int r = 0; r < Rows; ++r) {
       v R, G, B;
       Inv<F>::pixels(V::load<16>(io.s[r][0] + x), t, R, G, B);
       storePx<Out>(io.d[r], x, R, G, B, io.alpha);
     }
+  }
+  return x;
+}
+
+// 4:1:1 planes: 4 chroma samples a lane, each serving four columns.
+template <class F, ycc::Pix Out>
+int p411ToRGB(const SubRows& io, int x, int n) {
+  const v z = V::zero();
+  for (; x + kBlock <= n; x += kBlock) {
+    v t[6], R, G, B;
+    Inv<F>::template chroma<4>(V::unpacklo8(V::load4<4>(io.s[0][1] + x / 4), z),
+                               V::unpacklo8(V::load4<4>(io.s[0][2] + x / 4), z), t);
+    Inv<F>::pixels(V::load<16>(io.s[0][0] + x), t, R, G, B);
+    storePx<Out>(io.d[0], x, R, G, B, io.alpha);
   }
   return x;
 }
@@ -271,7 +336,7 @@ int packedToRGB(const SubRows& io, int x, int n) {
     const v a = V::shuffle8(V::load<32>(p), m), b = V::shuffle8(V::load<32>(p + 16), m);
     const v c = V::unpackhi32(a, b);  // Cb 0-7, Cr 0-7
     v t[6], R, G, B;
-    Inv<F>::chroma(V::unpacklo8(c, z), V::unpackhi8(c, z), t);
+    Inv<F>::template chroma<2>(V::unpacklo8(c, z), V::unpackhi8(c, z), t);
     Inv<F>::pixels(V::unpacklo64(a, b), t, R, G, B);
     storePx<Out>(io.d[0], x, R, G, B, io.alpha);
   }
@@ -309,6 +374,10 @@ extern const YccSubKernels kYccSubKernels = {
     rgbToPacked_YH_CF<Pix::P3, false>,
     rgbToPacked_YH_CF<Pix::RGB, true>,
     rgbToPacked_YH_CF<Pix::P3, true>,
+    own411<Pix::BGR, true>,
+    own411<Pix::BGRA, false>,
+    p411ToRGB<ycc::J2c, Pix::BGR>,
+    p411ToRGB<ycc::J2c, Pix::BGRA>,
 };
 
 }  // namespace KEL_ISA_NS
