@@ -13,6 +13,14 @@
 // slice writes them, above its own pointers, and reads luma from row -3 and
 // chroma from row -1 to do so.
 //
+// Slices of height 2 with kelSliceFirst or kelSliceMiddle are accepted and
+// run their routines as they stand, so that a caller slicing a picture into
+// small pieces gets what the larger slices give: the YUY2 first routine
+// always writes its two top rows (for a slice of height 2 it reads luma row 2
+// and chroma row 1, below the slice, which must then belong to the picture),
+// the planes first routine writes only row 0 and no chroma row, and a middle
+// slice of height 2 writes just the two rows above its pointers.
+//
 // Member table (YUY2 destination, rows relative to the slice):
 //  whole   H = 2: rows 0, 1 plusedge, chroma row 0 kept
 //          0 plusedge/half; 1 plus4/half; 2..H-3 blend,cavg below w & ~31,

@@ -5,24 +5,26 @@
 // upper row of a pair (4:2:2 to 4:2:0). Width and height are trimmed to even
 // values; what lies beyond the trimmed rectangle is neither read nor written.
 //
+// The rows go through the shared row moves of chroma/layout_rows.h.
+//
 // Member table:                    from  to    chroma       row move(s)
-//  YCbCr420ToYCbCr422  P2C2R       NV12  YUY2  row repeat   zip2(Y, CbCr)
-//  YCbCr420ToCbYCr422  P2C2R       NV12  UYVY  row repeat   zip2(CbCr, Y)
-//  YCbCr420ToYCrCb420  P2P3R       NV12  P3    move         copy, unzip2 (pair order)
-//  YCbCr422ToYCbCr420  C2P2R       YUY2  NV12  even rows    unzip2 / pickEven
-//  CbYCr422ToYCbCr420  C2P2R       UYVY  NV12  even rows    unzip2 / pickOdd
-//  YCbCr422ToYCrCb420  C2P3R       YUY2  YV12  even rows    unpack4 / pickEven
-//  CbYCr422ToYCrCb420  C2P3R       UYVY  YV12  even rows    unpack4 / pickOdd
-//  YCbCr422ToCbYCr422  C2R         YUY2  UYVY  move         swap2 (nt when large)
-//  CbYCr422ToYCbCr422  C2R         UYVY  YUY2  move         swap2
-//  YCrCb420ToYCbCr420  P3P2R       YV12  NV12  move         copy, zip2(Cb, Cr)
-//  YCrCb420ToYCbCr422  P3C2R       YV12  YUY2  row repeat   pack4 (nt when large)
-//  YCrCb420ToCbYCr422  P3C2R       YV12  UYVY  row repeat   pack4 (nt when large)
+//  YCbCr420ToYCbCr422  P2C2R       NV12  YUY2  row repeat   P2ToC2
+//  YCbCr420ToCbYCr422  P2C2R       NV12  UYVY  row repeat   P2ToC2
+//  YCbCr420ToYCrCb420  P2P3R       NV12  P3    move         Copy, SplitPairs (pair order)
+//  YCbCr422ToYCbCr420  C2P2R       YUY2  NV12  even rows    C2ToP2 / C2ToY
+//  CbYCr422ToYCbCr420  C2P2R       UYVY  NV12  even rows    C2ToP2 / C2ToY
+//  YCbCr422ToYCrCb420  C2P3R       YUY2  YV12  even rows    C2ToP3 / C2ToY
+//  CbYCr422ToYCrCb420  C2P3R       UYVY  YV12  even rows    C2ToP3 / C2ToY
+//  YCbCr422ToCbYCr422  C2R         YUY2  UYVY  move         PermC2 (streamed when large)
+//  CbYCr422ToYCbCr422  C2R         UYVY  YUY2  move         PermC2
+//  YCrCb420ToYCbCr420  P3P2R       YV12  NV12  move         Copy, ZipBytes(Cb, Cr)
+//  YCrCb420ToYCbCr422  P3C2R       YV12  YUY2  row repeat   P3ToC2 (streamed when large)
+//  YCrCb420ToCbYCr422  P3C2R       YV12  UYVY  row repeat   P3ToC2 (streamed when large)
 #include <cstdint>
 #include <initializer_list>
 #include <utility>
 
-#include "chroma/nv12_rows.h"
+#include "chroma/layout_rows.h"
 #include "frame/checks.h"
 #include "frame/rows.h"
 #include "kelcore.h"
@@ -30,7 +32,7 @@
 namespace kel {
 namespace {
 
-using mv::Moves;
+using namespace lrow;
 
 // Non-temporal stores for a destination on 16-byte boundaries when the sum
 // of the steps of the call times the rows is above 512 KiB, and the
@@ -49,89 +51,83 @@ inline bool large(std::initializer_list<int> steps, int dstStep, int h) {
   return kelGetMaxCacheSizeB(&cache) != 0 || static_cast<int64_t>(dstStep < 0 ? -dstStep : dstStep) * h > cache;
 }
 
-// The trimmed size.
+// The trimmed size: w pixels (w / 2 pixel pairs) by h rows.
 struct Even {
   int w, h;
 };
 inline Even even(KeliSize roi) { return {roi.width & ~1, roi.height & ~1}; }
 
 // ---- row drivers ---------------------------------------------------------
-// Rows 0 .. h-1 of a plane by f(row pointers..., n); where every plane's step
-// is exactly its row's bytes the rows lie end to end and go as one long row.
-// (The long row's count must fit a row count.)
+// Where every plane's step is exactly its row's bytes, the rows lie end to
+// end and go as one long row (whose count must still fit an int).
 inline bool endToEnd(std::initializer_list<std::pair<int, int>> stepAndBytes, int rows) {
   for (auto [step, bytes] : stepAndBytes)
     if (step != bytes || static_cast<int64_t>(bytes) * rows > (1 << 30)) return false;
   return true;
 }
 inline void copyPlane(const Kel8u* s, int ss, Kel8u* d, int ds, int w, int h) {
-  if (endToEnd({{ss, w}, {ds, w}}, h)) return mv::copy(s, d, w * h);
-  forRows(h, [&](int r) { mv::copy(rowAt(s, ss, r), rowAt(d, ds, r), w); });
+  const auto mv = mover<Copy>();
+  if (endToEnd({{ss, w}, {ds, w}}, h)) return mv({{s}, {d}}, w * h);
+  forRows(h, [&](int r) { mv({{rowAt(s, ss, r)}, {rowAt(d, ds, r)}}, w); });
 }
 
 // NV12 to a 4:2:2 quad stream: each chroma row serves both rows of its pair.
-template <bool CbYCr>
-void myNV12ToQuads(const Kel8u* srcY, int ys, const Kel8u* srcC, int cs, Kel8u* dst, int ds, Even e) {
-  const Moves m = mv::moves();
+template <const Quad& Q>
+void myNV12ToC2(const Kel8u* srcY, int ys, const Kel8u* srcC, int cs, Kel8u* dst, int ds, Even e) {
+  const auto mv = mover<P2ToC2<Q>>();
   forRowPairs(e.h, [&](int k) {
     const Kel8u* c = rowAt(srcC, cs, k);
-    for (int r = 2 * k; r < 2 * k + 2; ++r) {
-      if (CbYCr) mv::zip2(c, rowAt(srcY, ys, r), rowAt(dst, ds, r), e.w, m);
-      else mv::zip2(rowAt(srcY, ys, r), c, rowAt(dst, ds, r), e.w, m);
-    }
+    for (int r = 2 * k; r < 2 * k + 2; ++r) mv({{rowAt(srcY, ys, r), c}, {rowAt(dst, ds, r)}}, e.w >> 1);
   });
 }
 
 // A 4:2:2 quad stream to NV12: the upper row of each pair gives luma and
 // chroma, the lower row its luma only.
-template <bool CbYCr>
-void myQuadsToNV12(const Kel8u* src, int ss, Kel8u* dstY, int ys, Kel8u* dstC, int cs, Even e) {
-  const Moves m = mv::moves();
+template <const Quad& Q>
+void myC2ToNV12(const Kel8u* src, int ss, Kel8u* dstY, int ys, Kel8u* dstC, int cs, Even e) {
+  const auto both = mover<C2ToP2<Q>>();
+  const auto luma = mover<C2ToY<Q>>();
   forRowPairs(e.h, [&](int k) {
-    const Kel8u* s0 = rowAt(src, ss, 2 * k);
-    Kel8u* y0 = rowAt(dstY, ys, 2 * k);
-    Kel8u* c = rowAt(dstC, cs, k);
-    if (CbYCr) mv::unzip2(s0, c, y0, e.w, m);
-    else mv::unzip2(s0, y0, c, e.w, m);
-    mv::pick2<CbYCr>(rowAt(src, ss, 2 * k + 1), rowAt(dstY, ys, 2 * k + 1), e.w, m);
+    both({{rowAt(src, ss, 2 * k)}, {rowAt(dstY, ys, 2 * k), rowAt(dstC, cs, k)}}, e.w >> 1);
+    luma({{rowAt(src, ss, 2 * k + 1)}, {rowAt(dstY, ys, 2 * k + 1)}}, e.w >> 1);
   });
 }
 
 // A 4:2:2 quad stream to YV12 planes Y, Cr, Cb.
-template <bool CbYCr>
-void myQuadsToYV12(const Kel8u* src, int ss, Kel8u* const dst[3], const int ds[3], Even e) {
-  const Moves m = mv::moves();
+template <const Quad& Q>
+void myC2ToYV12(const Kel8u* src, int ss, Kel8u* const dst[3], const int ds[3], Even e) {
+  const auto all = mover<C2ToP3<Q>>();
+  const auto luma = mover<C2ToY<Q>>();
   forRowPairs(e.h, [&](int k) {
-    mv::unpack4<CbYCr>(rowAt(src, ss, 2 * k), rowAt(dst[0], ds[0], 2 * k), rowAt(dst[2], ds[2], k),
-                       rowAt(dst[1], ds[1], k), e.w, m);
-    mv::pick2<CbYCr>(rowAt(src, ss, 2 * k + 1), rowAt(dst[0], ds[0], 2 * k + 1), e.w, m);
+    all({{rowAt(src, ss, 2 * k)}, {rowAt(dst[0], ds[0], 2 * k), rowAt(dst[2], ds[2], k), rowAt(dst[1], ds[1], k)}},
+        e.w >> 1);
+    luma({{rowAt(src, ss, 2 * k + 1)}, {rowAt(dst[0], ds[0], 2 * k + 1)}}, e.w >> 1);
   });
 }
 
 // YV12 planes Y, Cr, Cb to a 4:2:2 quad stream.
-template <bool CbYCr, bool Nt>
-void myYV12ToQuads(const Kel8u* const src[3], const int ss[3], Kel8u* dst, int ds, Even e) {
-  const Moves m = mv::moves();
+template <const Quad& Q, bool Nt>
+void myYV12ToC2(const Kel8u* const src[3], const int ss[3], Kel8u* dst, int ds, Even e) {
+  const auto mv = mover<P3ToC2<Q, Nt>>();
   forRowPairs(e.h, [&](int k) {
     const Kel8u* cb = rowAt(src[2], ss[2], k);
     const Kel8u* cr = rowAt(src[1], ss[1], k);
-    for (int r = 2 * k; r < 2 * k + 2; ++r)
-      mv::pack4<CbYCr, Nt>(rowAt(src[0], ss[0], r), cb, cr, rowAt(dst, ds, r), e.w, m);
+    for (int r = 2 * k; r < 2 * k + 2; ++r) mv({{rowAt(src[0], ss[0], r), cb, cr}, {rowAt(dst, ds, r)}}, e.w >> 1);
   });
-  if (Nt) mv::fence();
+  if (Nt) storeFence();
 }
-template <bool CbYCr>
-void myYV12ToQuadsChoose(const Kel8u* const src[3], const int ss[3], Kel8u* dst, int ds, Even e, bool nt) {
-  if (nt) myYV12ToQuads<CbYCr, true>(src, ss, dst, ds, e);
-  else myYV12ToQuads<CbYCr, false>(src, ss, dst, ds, e);
+template <const Quad& Q>
+void myYV12ToC2(const Kel8u* const src[3], const int ss[3], Kel8u* dst, int ds, Even e, bool nt) {
+  if (nt) myYV12ToC2<Q, true>(src, ss, dst, ds, e);
+  else myYV12ToC2<Q, false>(src, ss, dst, ds, e);
 }
 
 // YUY2 <-> UYVY: the bytes of each pair exchanged, every row.
 template <bool Nt>
 void mySwapRows(const Kel8u* src, int ss, Kel8u* dst, int ds, int w, int h) {
-  const Moves m = mv::moves();
-  forRows(h, [&](int r) { mv::swap2<Nt>(rowAt(src, ss, r), rowAt(dst, ds, r), 2 * w, m); });
-  if (Nt) mv::fence();
+  const auto mv = mover<PermC2<1, Nt>>();
+  forRows(h, [&](int r) { mv({{rowAt(src, ss, r)}, {rowAt(dst, ds, r)}}, w >> 1); });
+  if (Nt) storeFence();
 }
 void mySwap(const Kel8u* src, int ss, Kel8u* dst, int ds, KeliSize roi) {
   const int w = roi.width & ~1;
@@ -149,14 +145,14 @@ extern "C" {
 KelStatus keliYCbCr420ToYCbCr422_8u_P2C2R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep,
                                           Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkB({srcY, srcCbCr, dst}, {}, roi, 2, 2)) return st;
-  myNV12ToQuads<false>(srcY, srcYStep, srcCbCr, srcCbCrStep, dst, dstStep, even(roi));
+  myNV12ToC2<kYCbCr>(srcY, srcYStep, srcCbCr, srcCbCrStep, dst, dstStep, even(roi));
   return kelStatusOk;
 }
 
 KelStatus keliYCbCr420ToCbYCr422_8u_P2C2R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep,
                                           Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkB({srcY, srcCbCr, dst}, {}, roi, 2, 2)) return st;
-  myNV12ToQuads<true>(srcY, srcYStep, srcCbCr, srcCbCrStep, dst, dstStep, even(roi));
+  myNV12ToC2<kCbYCr>(srcY, srcYStep, srcCbCr, srcCbCrStep, dst, dstStep, even(roi));
   return kelStatusOk;
 }
 
@@ -168,13 +164,13 @@ KelStatus keliYCbCr420ToYCrCb420_8u_P2P3R(const Kel8u* srcY, int srcYStep, const
   if (KelStatus st = checkA({srcY, srcCbCr}, {planes(dst, 3)}, roi)) return st;
   if (chk::sizeBelow(roi, 2, 2)) return kelStatusBadSize;
   const Even e = even(roi);
-  const Moves m = mv::moves();
   copyPlane(srcY, srcYStep, dst[0], dstStep[0], e.w, e.h);
+  const auto mv = mover<SplitPairs>();
   const int n = e.w >> 1, rows = e.h >> 1;
   if (endToEnd({{srcCbCrStep, e.w}, {dstStep[1], n}, {dstStep[2], n}}, rows))
-    return mv::unzip2(srcCbCr, dst[1], dst[2], n * rows, m), kelStatusOk;
+    return mv({{srcCbCr}, {dst[1], dst[2]}}, n * rows), kelStatusOk;
   forRows(rows, [&](int k) {
-    mv::unzip2(rowAt(srcCbCr, srcCbCrStep, k), rowAt(dst[1], dstStep[1], k), rowAt(dst[2], dstStep[2], k), n, m);
+    mv({{rowAt(srcCbCr, srcCbCrStep, k)}, {rowAt(dst[1], dstStep[1], k), rowAt(dst[2], dstStep[2], k)}}, n);
   });
   return kelStatusOk;
 }
@@ -182,28 +178,28 @@ KelStatus keliYCbCr420ToYCrCb420_8u_P2P3R(const Kel8u* srcY, int srcYStep, const
 KelStatus keliYCbCr422ToYCbCr420_8u_C2P2R(const Kel8u* src, int srcStep, Kel8u* dstY, int dstYStep, Kel8u* dstCbCr,
                                           int dstCbCrStep, KeliSize roi) {
   if (KelStatus st = checkB({src, dstY, dstCbCr}, {}, roi, 2, 2)) return st;
-  myQuadsToNV12<false>(src, srcStep, dstY, dstYStep, dstCbCr, dstCbCrStep, even(roi));
+  myC2ToNV12<kYCbCr>(src, srcStep, dstY, dstYStep, dstCbCr, dstCbCrStep, even(roi));
   return kelStatusOk;
 }
 
 KelStatus keliCbYCr422ToYCbCr420_8u_C2P2R(const Kel8u* src, int srcStep, Kel8u* dstY, int dstYStep, Kel8u* dstCbCr,
                                           int dstCbCrStep, KeliSize roi) {
   if (KelStatus st = checkB({src, dstY, dstCbCr}, {}, roi, 2, 2)) return st;
-  myQuadsToNV12<true>(src, srcStep, dstY, dstYStep, dstCbCr, dstCbCrStep, even(roi));
+  myC2ToNV12<kCbYCr>(src, srcStep, dstY, dstYStep, dstCbCr, dstCbCrStep, even(roi));
   return kelStatusOk;
 }
 
 KelStatus keliYCbCr422ToYCrCb420_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3],
                                           KeliSize roi) {
   if (KelStatus st = checkB({src}, {planes(dst, 3)}, roi, 2, 2)) return st;
-  myQuadsToYV12<false>(src, srcStep, dst, dstStep, even(roi));
+  myC2ToYV12<kYCbCr>(src, srcStep, dst, dstStep, even(roi));
   return kelStatusOk;
 }
 
 KelStatus keliCbYCr422ToYCrCb420_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3],
                                           KeliSize roi) {
   if (KelStatus st = checkB({src}, {planes(dst, 3)}, roi, 2, 2)) return st;
-  myQuadsToYV12<true>(src, srcStep, dst, dstStep, even(roi));
+  myC2ToYV12<kCbYCr>(src, srcStep, dst, dstStep, even(roi));
   return kelStatusOk;
 }
 
@@ -224,13 +220,13 @@ KelStatus keliYCrCb420ToYCbCr420_8u_P3P2R(const Kel8u* const src[3], const int s
                                           Kel8u* dstCbCr, int dstCbCrStep, KeliSize roi) {
   if (KelStatus st = checkB({dstY, dstCbCr}, {planes(src, 3)}, roi, 2, 2)) return st;
   const Even e = even(roi);
-  const Moves m = mv::moves();
   copyPlane(src[0], srcStep[0], dstY, dstYStep, e.w, e.h);
+  const auto mv = mover<ZipBytes>();
   const int n = e.w >> 1, rows = e.h >> 1;
   if (endToEnd({{srcStep[1], n}, {srcStep[2], n}, {dstCbCrStep, e.w}}, rows))
-    return mv::zip2(src[2], src[1], dstCbCr, n * rows, m), kelStatusOk;
+    return mv({{src[2], src[1]}, {dstCbCr}}, n * rows), kelStatusOk;
   forRows(rows, [&](int k) {
-    mv::zip2(rowAt(src[2], srcStep[2], k), rowAt(src[1], srcStep[1], k), rowAt(dstCbCr, dstCbCrStep, k), n, m);
+    mv({{rowAt(src[2], srcStep[2], k), rowAt(src[1], srcStep[1], k)}, {rowAt(dstCbCr, dstCbCrStep, k)}}, n);
   });
   return kelStatusOk;
 }
@@ -240,7 +236,7 @@ KelStatus keliYCrCb420ToYCbCr422_8u_P3C2R(const Kel8u* const src[3], const int s
   if (KelStatus st = checkB({dst}, {planes(src, 3)}, roi, 2, 2)) return st;
   const bool nt = allAligned16({src[0], src[1], src[2], dst}, {srcStep[0], srcStep[1], srcStep[2], dstStep}) &&
                   large({srcStep[0], srcStep[1], srcStep[2], dstStep}, dstStep, roi.height);
-  myYV12ToQuadsChoose<false>(src, srcStep, dst, dstStep, even(roi), nt);
+  myYV12ToC2<kYCbCr>(src, srcStep, dst, dstStep, even(roi), nt);
   return kelStatusOk;
 }
 
@@ -248,7 +244,7 @@ KelStatus keliYCrCb420ToCbYCr422_8u_P3C2R(const Kel8u* const src[3], const int s
                                           KeliSize roi) {
   if (KelStatus st = checkB({dst}, {planes(src, 3)}, roi, 2, 2)) return st;
   const bool nt = allAligned16({dst}, {dstStep}) && large({srcStep[0], srcStep[1], srcStep[2], dstStep}, dstStep, roi.height);
-  myYV12ToQuadsChoose<true>(src, srcStep, dst, dstStep, even(roi), nt);
+  myYV12ToC2<kCbYCr>(src, srcStep, dst, dstStep, even(roi), nt);
   return kelStatusOk;
 }
 
