@@ -432,3 +432,19 @@ TEST(YccSub, CrCbOrderAndAlpha) {
     ASSERT_EQ(q2[4 * i + 3], 0xC5) << i;
   }
 }
+
+// A tail pair of the RGB -> packed line rounds its first luma (YT) but not its
+// second (YU); the body (YH) truncates both. Gray 128 tells them apart.
+TEST(YccSub, PackedTailRoundsOnlyTheFirstLuma) {
+  struct Case {
+    int w, y0, y1;
+  } cases[] = {{2, 126, 125}, {8, 125, 125}};
+  for (const Case& c : cases) {
+    std::vector<uint8_t> rgb(3 * c.w, 128), out(2 * c.w);
+    ASSERT_EQ(keliRGBToYCbCr422_8u_C3C2R(rgb.data(), 3 * c.w, out.data(), 2 * c.w, {c.w, 1}), kelStatusOk);
+    EXPECT_EQ(out[0], c.y0) << "width " << c.w;
+    EXPECT_EQ(out[2], c.y1) << "width " << c.w;
+    EXPECT_EQ(out[1], 128);
+    EXPECT_EQ(out[3], 128);
+  }
+}
