@@ -195,7 +195,7 @@ struct ZipBytes {
 };
 
 // ---- even columns (4:2:2 -> 4:1:1) -----------------------------------------------
-// n outputs: d0[j] = s0[2j].
+// n outputs: d0[j] = s0[2j]. The vector form reads all 2n source bytes.
 struct EvenBytes {
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::evenBytes;
   static void run(const RowsIO& io, int x, int n) {
@@ -233,7 +233,7 @@ struct C2ToP2Even {
   }
 };
 // n pairs: d0[2j] = s0[2j], d0[2j+1] = s1[2j] (the even samples of two planes
-// as pairs).
+// as pairs). The vector form reads all 2n bytes of each source.
 struct ZipEvenBytes {
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::zipEvenBytes;
   static void run(const RowsIO& io, int x, int n) {

@@ -90,16 +90,16 @@ void ownLumaRows(const uint8_t* s, int ss, uint8_t* d, int ds, KeliSize t, bool 
   }
 }
 
-// One row in, one row out per plane, n units a row: the rows of every plane
-// at the same index.
+// One row in, one row out per plane, n units a row: step r takes source
+// rows r * sRows and destination rows r * dRows of every plane.
 template <class M>
-void ownRows(const RowsIO& base, const int* ss, const int* ds, int h, int n) {
+void ownRows(const RowsIO& base, const int* ss, const int* ds, int h, int n, int sRows = 1, int dRows = 1) {
   const auto mv = mover<M>();
   forRows(h, [&](int r) {
     RowsIO io{};
     for (int i = 0; i < 4; ++i) {
-      if (base.s[i]) io.s[i] = rowAt(base.s[i], ss[i], r);
-      if (base.d[i]) io.d[i] = rowAt(base.d[i], ds[i], r);
+      if (base.s[i]) io.s[i] = rowAt(base.s[i], ss[i], r * sRows);
+      if (base.d[i]) io.d[i] = rowAt(base.d[i], ds[i], r * dRows);
     }
     mv(io, n);
   });
@@ -150,12 +150,11 @@ void ownFold(const RowsIO& base, const int* ss, const int* ds, int pairs, int n,
 // twice, with the destination rows taken two at a time.
 template <class M>
 void ownRowRepeat(const RowsIO& base, const int* ss, const int* ds, KeliSize t) {
-  const int ds2[4] = {2 * ds[0], 2 * ds[1], 2 * ds[2], 2 * ds[3]};
   RowsIO odd = base;
   for (int i = 0; i < 4; ++i)
     if (odd.d[i]) odd.d[i] = rowAt(odd.d[i], ds[i], 1);
-  ownRows<M>(base, ss, ds2, t.height >> 1, t.width >> 1);
-  ownRows<M>(odd, ss, ds2, t.height >> 1, t.width >> 1);
+  ownRows<M>(base, ss, ds, t.height >> 1, t.width >> 1, 1, 2);
+  ownRows<M>(odd, ss, ds, t.height >> 1, t.width >> 1, 1, 2);
 }
 
 struct Steps4 {
@@ -294,8 +293,8 @@ KelStatus keliYCbCr422ToYCbCr420_8u_P3R(const Kel8u* const src[3], const int src
   const KeliSize t = trim(roi, 2, 2);
   ownLumaRows(src[0], srcStep[0], dst[0], dstStep[0], t, streamLuma(t, kStreamLuma));
   for (int c = 1; c < 3; ++c) {
-    const Steps4 ss = steps(2 * srcStep[c]), ds = steps(dstStep[c]);  // rows 2k -> k
-    ownRows<Copy>({{src[c]}, {dst[c]}}, ss.v, ds.v, t.height >> 1, t.width >> 1);
+    const Steps4 ss = steps(srcStep[c]), ds = steps(dstStep[c]);
+    ownRows<Copy>({{src[c]}, {dst[c]}}, ss.v, ds.v, t.height >> 1, t.width >> 1, 2, 1);  // rows 2k -> k
   }
   return kelStatusOk;
 }
@@ -305,8 +304,8 @@ KelStatus keliYCbCr422ToYCbCr420_8u_P3P2R(const Kel8u* const src[3], const int s
   if (KelStatus st = check({dstY, dstCbCr}, {planes(src, 3)}, roi, 2, 2)) return st;
   const KeliSize t = trim(roi, 2, 2);
   ownLumaRows(src[0], srcStep[0], dstY, dstYStep, t, false);
-  const Steps4 ss = steps(2 * srcStep[1], 2 * srcStep[2]), ds = steps(dstCbCrStep);
-  ownRows<ZipBytes>({{src[1], src[2]}, {dstCbCr}}, ss.v, ds.v, t.height >> 1, t.width >> 1);
+  const Steps4 ss = steps(srcStep[1], srcStep[2]), ds = steps(dstCbCrStep);
+  ownRows<ZipBytes>({{src[1], src[2]}, {dstCbCr}}, ss.v, ds.v, t.height >> 1, t.width >> 1, 2, 1);
   return kelStatusOk;
 }
 
