@@ -180,7 +180,9 @@ TEST(YccSub, BodyAndTailSplitTheRowByGroup) {
       const Planes src = randomSrc(s, roi, rng);
       const Result whole = runOn(s, roi, src);
       const int body = s.body(w);
-      if (!s.wTail) ASSERT_EQ(body, w) << s.m.name;
+      if (!s.wTail) {
+        ASSERT_EQ(body, w) << s.m.name;
+      }
       for (int j = 0; j < w / s.gw; ++j) {
         const bool inBody = j * s.gw < body;
         const int wAlone = inBody ? s.wBody : s.wTail;
@@ -220,7 +222,7 @@ TEST(YccSub, TellingValuesOfTheInverseForms) {
       const int Y = k ? 100 : 235, Cb = k ? 200 : 128, Cr = k ? 50 : 128;
       const KeliSize roi{c.w, 2};
       // Aligned planes and steps: tight rows of 32 (or 16 for chroma) at 64-byte boundaries.
-      alignas(64) static uint8_t y[2 * 64], u[64], v[64], c2[2 * 64], d[2 * 128];
+      alignas(64) static uint8_t y[2 * 64 + 16], u[64 + 16], v[64 + 16], c2[2 * 64 + 16], d[2 * 128 + 16];
       std::memset(y, Y, sizeof y), std::memset(u, Cb, sizeof u), std::memset(v, Cr, sizeof v);
       for (int i = 0; i < 64; ++i) c2[2 * i] = uint8_t(Y), c2[2 * i + 1] = uint8_t(i & 1 ? Cr : Cb);
       const int off = c.aligned ? 0 : 1;

@@ -71,7 +71,7 @@ struct V {
   // contiguous (8 * kLanes bytes).
   static void storeHalves(void* lo, void* hi, v x) {
     _mm_storel_epi64(static_cast<__m128i*>(lo), x);
-    _mm_storeh_pd(static_cast<double*>(hi), _mm_castsi128_pd(x));
+    _mm_storel_epi64(static_cast<__m128i*>(hi), _mm_unpackhi_epi64(x, x));
   }
   // The same 16 bytes in every lane.
   static v bcast(const void* p16) { return _mm_loadu_si128(static_cast<const __m128i*>(p16)); }
