@@ -21,6 +21,7 @@
 //  YCrCb420ToYCbCr422  P3C2R       YV12  YUY2  row repeat   P3ToC2 (streamed when large)
 //  YCrCb420ToCbYCr422  P3C2R       YV12  UYVY  row repeat   P3ToC2 (streamed when large)
 #include <cstdint>
+#include <cstring>
 #include <initializer_list>
 #include <utility>
 
@@ -65,9 +66,11 @@ inline bool endToEnd(std::initializer_list<std::pair<int, int>> stepAndBytes, in
     if (step != bytes || static_cast<int64_t>(bytes) * rows > (1 << 30)) return false;
   return true;
 }
+// A luma plane whose rows lie end to end is one block for the C library's
+// copy, which picks its own best way for large blocks.
 inline void copyPlane(const Kel8u* s, int ss, Kel8u* d, int ds, int w, int h) {
+  if (endToEnd({{ss, w}, {ds, w}}, h)) return void(std::memcpy(d, s, static_cast<size_t>(w) * h));
   const auto mv = mover<Copy>();
-  if (endToEnd({{ss, w}, {ds, w}}, h)) return mv({{s}, {d}}, w * h);
   forRows(h, [&](int r) { mv({{rowAt(s, ss, r)}, {rowAt(d, ds, r)}}, w); });
 }
 
