@@ -70,7 +70,8 @@ inline v lumaYG(v r, v g, v b) {
   return V::or_(ye, V::slli16<8>(yo));
 }
 
-int rgb420_YF_CG(const SubRows& io, int x, int n) {
+int rgb420_YF_CG(const SubRows& rows, int x, int n) {
+  const SubRows io = rows;  // a local copy: byte stores cannot alias it, so its pointers stay in registers
   const v k32 = V::set8(32), off = V::set16(8194);
   for (; x + kBlock <= n; x += kBlock) {
     v r0, g0, b0, r1, g1, b1;
@@ -128,7 +129,8 @@ inline v chromaCU(v sr, v sg, v sb) {
 
 // 4:2:2: planes, or packed Y0 Cb Y1 Cr.
 template <ycc::Pix In, bool ToPacked>
-int own422_YO_CA(const SubRows& io, int x, int n) {
+int own422_YO_CA(const SubRows& rows, int x, int n) {
+  const SubRows io = rows;  // a local copy: byte stores cannot alias it, so its pointers stay in registers
   const v k32 = V::set8(32);
   for (; x + kBlock <= n; x += kBlock) {
     v R, G, B;
@@ -149,7 +151,8 @@ int own422_YO_CA(const SubRows& io, int x, int n) {
 
 // 4:2:0 planes from a pair of rows.
 template <ycc::Pix In>
-int own420_YO_CB(const SubRows& io, int x, int n) {
+int own420_YO_CB(const SubRows& rows, int x, int n) {
+  const SubRows io = rows;  // a local copy: byte stores cannot alias it, so its pointers stay in registers
   const v k32 = V::set8(32);
   for (; x + kBlock <= n; x += kBlock) {
     v R0, G0, B0, R1, G1, B1;
@@ -177,7 +180,8 @@ inline v chromaCH(v sr, v sg, v sb) {
   return V::packus16(cb, cr);
 }
 template <ycc::Pix In, bool FormsG>
-int own411(const SubRows& io, int x, int n) {
+int own411(const SubRows& rows, int x, int n) {
+  const SubRows io = rows;  // a local copy: byte stores cannot alias it, so its pointers stay in registers
   const v k32 = V::set8(32), ones = V::set16(1);
   auto quad = [&](v c) {
     const v m = V::madd16(V::maddubs(c, k32), ones);
@@ -218,7 +222,8 @@ inline v chromaCF(v a, v b, v c, int ka, int kb, int kc) {
   return V::packs32(half(V::unpacklo16(a, b), V::unpacklo16(c, z)), half(V::unpackhi16(a, b), V::unpackhi16(c, z)));
 }
 template <ycc::Pix In, bool CrFirst>
-int rgbToPacked_YH_CF(const SubRows& io, int x, int n) {
+int rgbToPacked_YH_CF(const SubRows& rows, int x, int n) {
+  const SubRows io = rows;  // a local copy: byte stores cannot alias it, so its pointers stay in registers
   const v ones = V::set8(1);
   for (; x + kBlock <= n; x += kBlock) {
     v R, G, B;
@@ -287,7 +292,8 @@ struct Inv {
 };
 
 template <int Rows, class F, ycc::Pix Out>
-int planesToRGB(const SubRows& io, int x, int n) {
+int planesToRGB(const SubRows& rows, int x, int n) {
+  const SubRows io = rows;  // a local copy: byte stores cannot alias it, so its pointers stay in registers
   const v z = V::zero();
   for (; x + kBlock <= n; x += kBlock) {
     v t[6];
@@ -303,7 +309,8 @@ int planesToRGB(const SubRows& io, int x, int n) {
 
 // 4:1:1 planes: 4 chroma samples a lane, each serving four columns.
 template <class F, ycc::Pix Out>
-int p411ToRGB(const SubRows& io, int x, int n) {
+int p411ToRGB(const SubRows& rows, int x, int n) {
+  const SubRows io = rows;  // a local copy: byte stores cannot alias it, so its pointers stay in registers
   const v z = V::zero();
   for (; x + kBlock <= n; x += kBlock) {
     v t[6], R, G, B;
@@ -329,7 +336,8 @@ constexpr Mask16 maskPacked422(bool crFirst) {
 inline constexpr Mask16 kPacked422[2] = {maskPacked422(false), maskPacked422(true)};
 
 template <bool CrFirst, class F, ycc::Pix Out>
-int packedToRGB(const SubRows& io, int x, int n) {
+int packedToRGB(const SubRows& rows, int x, int n) {
+  const SubRows io = rows;  // a local copy: byte stores cannot alias it, so its pointers stay in registers
   const v z = V::zero(), m = V::bcast(kPacked422[CrFirst].b);
   for (; x + kBlock <= n; x += kBlock) {
     const uint8_t* p = io.s[0][0] + 2 * x;
