@@ -107,6 +107,12 @@ std::vector<Member> members() {
 
 TEST(Nv12, GuardsErrorsAndPaths) { checkAll(members()); }
 
+// The deinterlacers' body rows need pictures taller than the generic checks use.
+TEST(Nv12, DeinterlacerPathsOnTallPictures) {
+  for (const Member& m : members())
+    if (m.name.rfind("Filter", 0) == 0) checkPaths(m, 12, 300, 40);
+}
+
 // The plane-pointer elements of the NV12 to planes members are checked after
 // a size below 1 and before a size below 2.
 TEST(Nv12, PlanesMembersCheckElementsBetweenTheSizes) {
@@ -207,22 +213,6 @@ TEST(Nv12, MovesPlaceEverySampleOnTheTrimmedSize) {
       for (size_t k = 0; k < im.dst.size(); ++k)
         EXPECT_TRUE(im.dst[k]->region() == want.dst[k]->region())
             << ms[m].name << " plane " << k << " at " << roi.width << "x" << roi.height;
-    }
-}
-
-// NV12 -> planes -> NV12 exchanges the chroma of each pair on the way: the
-// planes member keeps the pair order, the NV12 member reads Y, Cr, Cb planes.
-TEST(Nv12, PairOrderOfThePlanesMember) {
-  const std::vector<Member> ms = members();
-  const KeliSize roi{34, 4};
-  Images a = makeImages(ms[2], roi, StepMode::Tight, 0, 5), b = makeImages(ms[9], roi, StepMode::Tight, 0, 6);
-  ASSERT_EQ(run(ms[2], a, roi), kelStatusOk);
-  for (int k = 0; k < 3; ++k) b.src[k] = std::move(a.dst[k]);
-  ASSERT_EQ(run(ms[9], b, roi), kelStatusOk);
-  for (int k = 0; k < 2; ++k)
-    for (int i = 0; i < 17; ++i) {
-      EXPECT_EQ(b.dst[1]->at(2 * i, k), a.src[1]->at(2 * i + 1, k));
-      EXPECT_EQ(b.dst[1]->at(2 * i + 1, k), a.src[1]->at(2 * i, k));
     }
 }
 
