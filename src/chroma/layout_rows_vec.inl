@@ -167,36 +167,41 @@ int c2ToP2(const RowsIO& io, int x, int n) {
   }
   return x;
 }
-// Interleaves 32 luma bytes (ya, yb) with 16 pairs of chroma (pa, pb: 8
-// pairs each, in the pair order of the C2 row) into 64 bytes per lane.
+// Interleaves 16 * kLanes contiguous luma bytes with as many contiguous
+// bytes of chroma pairs (in the pair order of the C2 row) into 32 * kLanes
+// contiguous bytes of C2.
 template <int Q, bool Nt>
-inline void storeC2(uint8_t* p, v ya, v yb, v pa, v pb) {
-  if constexpr (kQuads[Q].y0 == 0) {
-    putS<64, Nt>(p, V::unpacklo8(ya, pa)), putS<64, Nt>(p + 16, V::unpackhi8(ya, pa));
-    putS<64, Nt>(p + 32, V::unpacklo8(yb, pb)), putS<64, Nt>(p + 48, V::unpackhi8(yb, pb));
-  } else {
-    putS<64, Nt>(p, V::unpacklo8(pa, ya)), putS<64, Nt>(p + 16, V::unpackhi8(pa, ya));
-    putS<64, Nt>(p + 32, V::unpacklo8(pb, yb)), putS<64, Nt>(p + 48, V::unpackhi8(pb, yb));
-  }
+inline void storeC2(uint8_t* p, v y, v pr) {
+  const bool lumaFirst = kQuads[Q].y0 == 0;
+  v lo, hi;
+  V::interleaveLanes(lumaFirst ? V::unpacklo8(y, pr) : V::unpacklo8(pr, y),
+                     lumaFirst ? V::unpackhi8(y, pr) : V::unpackhi8(pr, y), lo, hi);
+  put<Nt>(p, lo), put<Nt>(p + 16 * L, hi);
 }
+// Two planes' bytes as contiguous pairs: p0 the first 8 * kLanes pairs.
+inline void zipPairs(v a, v b, v& p0, v& p1) { V::interleaveLanes(V::unpacklo8(a, b), V::unpackhi8(a, b), p0, p1); }
+inline v swapPairs(v p) { return V::or_(V::slli16<8>(p), V::srli16<8>(p)); }
+
 template <int Q, bool Nt>
 int p3ToC2(const RowsIO& io, int x, int n) {
   for (; x + 16 * L <= n; x += 16 * L) {
-    const v ya = V::load<32>(io.s[0] + 2 * x), yb = V::load<32>(io.s[0] + 2 * x + 16);
     v c1 = V::load<16>(io.s[1] + x), c2 = V::load<16>(io.s[2] + x);
     if constexpr (kQuads[Q].cb > kQuads[Q].cr) std::swap(c1, c2);
-    storeC2<Q, Nt>(io.d[0] + 4 * x, ya, yb, V::unpacklo8(c1, c2), V::unpackhi8(c1, c2));
+    v p0, p1;
+    zipPairs(c1, c2, p0, p1);
+    storeC2<Q, Nt>(io.d[0] + 4 * x, V::load<16>(io.s[0] + 2 * x), p0);
+    storeC2<Q, Nt>(io.d[0] + 4 * x + 32 * L, V::load<16>(io.s[0] + 2 * x + 16 * L), p1);
   }
   return x;
 }
 template <int Q, bool Nt>
 int p2ToC2(const RowsIO& io, int x, int n) {
   for (; x + 16 * L <= n; x += 16 * L) {
-    const v ya = V::load<32>(io.s[0] + 2 * x), yb = V::load<32>(io.s[0] + 2 * x + 16);
-    v pa = V::load<32>(io.s[1] + 2 * x), pb = V::load<32>(io.s[1] + 2 * x + 16);
+    v p0 = V::load<16>(io.s[1] + 2 * x), p1 = V::load<16>(io.s[1] + 2 * x + 16 * L);
     if constexpr (kQuads[Q].cb > kQuads[Q].cr)  // Cr first in the C2 row: exchange each pair
-      pa = V::or_(V::slli16<8>(pa), V::srli16<8>(pa)), pb = V::or_(V::slli16<8>(pb), V::srli16<8>(pb));
-    storeC2<Q, Nt>(io.d[0] + 4 * x, ya, yb, pa, pb);
+      p0 = swapPairs(p0), p1 = swapPairs(p1);
+    storeC2<Q, Nt>(io.d[0] + 4 * x, V::load<16>(io.s[0] + 2 * x), p0);
+    storeC2<Q, Nt>(io.d[0] + 4 * x + 32 * L, V::load<16>(io.s[0] + 2 * x + 16 * L), p1);
   }
   return x;
 }
@@ -224,8 +229,9 @@ int splitPairs(const RowsIO& io, int x, int n) {
 }
 int zipBytes(const RowsIO& io, int x, int n) {
   for (; x + 16 * L <= n; x += 16 * L) {
-    const v a = V::load<16>(io.s[0] + x), b = V::load<16>(io.s[1] + x);
-    V::store<32>(io.d[0] + 2 * x, V::unpacklo8(a, b)), V::store<32>(io.d[0] + 2 * x + 16, V::unpackhi8(a, b));
+    v p0, p1;
+    zipPairs(V::load<16>(io.s[0] + x), V::load<16>(io.s[1] + x), p0, p1);
+    V::store<16>(io.d[0] + 2 * x, p0), V::store<16>(io.d[0] + 2 * x + 16 * L, p1);
   }
   return x;
 }
@@ -298,26 +304,30 @@ int splitPairsDup(const RowsIO& io, int x, int n) {
   }
   return x;
 }
-// 8 groups of four pixels per lane: 32 luma, 8 Cb, 8 Cr -> 64 bytes.
+// 8 * kLanes groups of four pixels: 8 * kLanes chroma pairs, each serving
+// two pixel pairs.
+template <int Q, bool Nt>
+inline void storeC2Dup(uint8_t* p, const uint8_t* y, v pr) {
+  v q0, q1;
+  V::interleaveLanes(V::unpacklo16(pr, pr), V::unpackhi16(pr, pr), q0, q1);
+  storeC2<Q, Nt>(p, V::load<16>(y), q0);
+  storeC2<Q, Nt>(p + 32 * L, V::load<16>(y + 16 * L), q1);
+}
 template <int Q, bool Nt>
 int p3ToC2Dup(const RowsIO& io, int x, int n) {
   for (; x + 8 * L <= n; x += 8 * L) {
-    const v ya = V::load<32>(io.s[0] + 4 * x), yb = V::load<32>(io.s[0] + 4 * x + 16);
     v c1 = V::load8<8>(io.s[1] + x), c2 = V::load8<8>(io.s[2] + x);
     if constexpr (kQuads[Q].cb > kQuads[Q].cr) std::swap(c1, c2);
-    const v pr = V::unpacklo8(c1, c2);           // 8 pairs
-    const v pa = V::unpacklo16(pr, pr), pb = V::unpackhi16(pr, pr);  // each pair twice
-    storeC2<Q, Nt>(io.d[0] + 8 * x, ya, yb, pa, pb);
+    storeC2Dup<Q, Nt>(io.d[0] + 8 * x, io.s[0] + 4 * x, V::unpacklo8(c1, c2));
   }
   return x;
 }
 template <int Q, bool Nt>
 int p2ToC2Dup(const RowsIO& io, int x, int n) {
   for (; x + 8 * L <= n; x += 8 * L) {
-    const v ya = V::load<32>(io.s[0] + 4 * x), yb = V::load<32>(io.s[0] + 4 * x + 16);
     v pr = V::load<16>(io.s[1] + 2 * x);
-    if constexpr (kQuads[Q].cb > kQuads[Q].cr) pr = V::or_(V::slli16<8>(pr), V::srli16<8>(pr));
-    storeC2<Q, Nt>(io.d[0] + 8 * x, ya, yb, V::unpacklo16(pr, pr), V::unpackhi16(pr, pr));
+    if constexpr (kQuads[Q].cb > kQuads[Q].cr) pr = swapPairs(pr);
+    storeC2Dup<Q, Nt>(io.d[0] + 8 * x, io.s[0] + 4 * x, pr);
   }
   return x;
 }

@@ -102,6 +102,10 @@ struct V {
   static v unpackhi32(v a, v b) { return _mm_unpackhi_epi32(a, b); }
   static v unpacklo64(v a, v b) { return _mm_unpacklo_epi64(a, b); }
   static v unpackhi64(v a, v b) { return _mm_unpackhi_epi64(a, b); }
+  // Lane i of a and lane i of b side by side, in lane order: lo holds the
+  // first kLanes of those blocks, hi the rest (one lane: lo = a, hi = b).
+  // Results of in-lane unpacks so become contiguous runs of bytes.
+  static void interleaveLanes(v a, v b, v& lo, v& hi) { lo = a, hi = b; }
   static v packus16(v a, v b) { return _mm_packus_epi16(a, b); }
   static v packs16(v a, v b) { return _mm_packs_epi16(a, b); }
   static v packs32(v a, v b) { return _mm_packs_epi32(a, b); }
@@ -254,6 +258,10 @@ struct V {
   static v unpackhi32(v a, v b) { return _mm256_unpackhi_epi32(a, b); }
   static v unpacklo64(v a, v b) { return _mm256_unpacklo_epi64(a, b); }
   static v unpackhi64(v a, v b) { return _mm256_unpackhi_epi64(a, b); }
+  static void interleaveLanes(v a, v b, v& lo, v& hi) {
+    lo = _mm256_permute2x128_si256(a, b, 0x20);
+    hi = _mm256_permute2x128_si256(a, b, 0x31);
+  }
   static v packus16(v a, v b) { return _mm256_packus_epi16(a, b); }
   static v packs16(v a, v b) { return _mm256_packs_epi16(a, b); }
   static v packs32(v a, v b) { return _mm256_packs_epi32(a, b); }
