@@ -222,8 +222,11 @@ int permC2(const RowsIO& io, int x, int n) {
 int splitPairs(const RowsIO& io, int x, int n) {
   const v m = V::bcast(kPairSplit.b);
   for (; x + 16 * L <= n; x += 16 * L) {
-    const v a = V::shuffle8(V::load<32>(io.s[0] + 2 * x), m), b = V::shuffle8(V::load<32>(io.s[0] + 2 * x + 16), m);
-    V::store<16>(io.d[0] + x, V::unpacklo64(a, b)), V::store<16>(io.d[1] + x, V::unpackhi64(a, b));
+    // Each lane: 8 first bytes, 8 second bytes; lanes paired in order.
+    v lo, hi;
+    V::interleaveLanes(V::shuffle8(V::load<16>(io.s[0] + 2 * x), m),
+                       V::shuffle8(V::load<16>(io.s[0] + 2 * x + 16 * L), m), lo, hi);
+    V::store<16>(io.d[0] + x, V::unpacklo64(lo, hi)), V::store<16>(io.d[1] + x, V::unpackhi64(lo, hi));
   }
   return x;
 }
