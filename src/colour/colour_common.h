@@ -77,13 +77,6 @@ inline void rowPx(const T* s, T* d, int w, int body, const Chain<KernPx<T>>& cha
   for (; x < w; ++x) Tail::px(s + Ch * x, d + Ch * x);
 }
 
-// The scalar body alone: what the vector kernels are held to.
-template <class T, class Body, int Ch>
-int scalarBody(const T* s, T* d, int x, int n) {
-  for (; x < n; ++x) Body::px(s + Ch * x, d + Ch * x);
-  return x;
-}
-
 // The image loop of the colour models: rows by static schedule above 4096
 // pixels, on the caller's thread at and below it. Steps are in elements.
 template <class S, class D, class RowFn>

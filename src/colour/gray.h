@@ -98,13 +98,6 @@ inline void rowGray(const T* s, T* d, int w, int body, const W* wt, const Chain<
   for (; x < w; ++x) d[x] = Tail::px(s + Ch * x, wt);
 }
 
-// The scalar body alone.
-template <class T, class W, int Ch, class Body>
-int scalarGray(const T* s, T* d, int x, int n, const W* wt) {
-  for (; x < n; ++x) d[x] = Body::px(s + Ch * x, wt);
-  return x;
-}
-
 }  // namespace gray
 }  // namespace
 
