@@ -44,33 +44,53 @@ inline V::v pairSums(V::v x) { return V::add16(V::and_(x, V::set16(0x00FF)), V::
 inline V::v clamp16(V::v x, int lo, int hi) { return V::min16(V::max16(x, V::set16(lo)), V::set16(hi)); }
 
 // ---- luma-chroma -> RGB, Q13 ----------------------------------------------------
-// The lane form of YccQ13 (frame/packed422.h): 16-bit samples 0..255 in,
-// 16-bit results out, to be packed with unsigned saturation (which is clip8).
+// The lane form of YccQ13 (frame/packed422.h), in two halves: the luma term
+// with the rounding 8 of each pixel, and the chroma terms of each chroma
+// sample (which 4:2:2 and 4:2:0 rows compute once per pair and widen). The
+// sums are exact in 16 bits, so the order of the additions is free.
 template <class F>
-inline void yccQ13(V::v y, V::v cb, V::v cr, V::v& R, V::v& G, V::v& B) {
-  using v = V::v;
-  v t;
+inline V::v yccLuma(V::v y) {
+  V::v t;
   if constexpr (std::is_same_v<typename F::L, LumaStudio>)
     t = V::mulhs(V::slli16<7>(V::sub16(y, V::set16(16))), V::set16(9535));
   else
     t = V::slli16<4>(y);
-  t = V::add16(t, V::set16(8));
+  return V::add16(t, V::set16(8));
+}
+template <class F>
+inline void yccChroma(V::v cb, V::v cr, V::v& tR, V::v& tG, V::v& tB) {
   cb = V::slli16<7>(V::sub16(cb, V::set16(128)));
   cr = V::slli16<7>(V::sub16(cr, V::set16(128)));
-  R = V::srai16<4>(V::add16(t, V::mulhs(cr, V::set16(F::cR))));
+  tR = V::mulhs(cr, V::set16(F::cR));
   if constexpr (F::kGreen == Green::Negated)
-    G = V::srai16<4>(V::add16(V::add16(t, V::mulhs(cr, V::set16(-F::cG2))), V::mulhs(cb, V::set16(-F::cG1))));
+    tG = V::add16(V::mulhs(cr, V::set16(-F::cG2)), V::mulhs(cb, V::set16(-F::cG1)));
   else
-    G = V::srai16<4>(V::sub16(V::sub16(t, V::mulhs(cb, V::set16(F::cG1))), V::mulhs(cr, V::set16(F::cG2))));
-  B = V::srai16<4>(V::add16(t, V::mulhs(cb, V::set16(F::cB))));
+    tG = V::sub16(V::sub16(V::zero(), V::mulhs(cb, V::set16(F::cG1))), V::mulhs(cr, V::set16(F::cG2)));
+  tB = V::mulhs(cb, V::set16(F::cB));
+}
+// 16-bit results, to be packed with unsigned saturation (which is clip8).
+inline void yccSum(V::v t, V::v tR, V::v tG, V::v tB, V::v& R, V::v& G, V::v& B) {
+  R = V::srai16<4>(V::add16(t, tR)), G = V::srai16<4>(V::add16(t, tG)), B = V::srai16<4>(V::add16(t, tB));
+}
+// Sixteen pixels per lane of 16-bit Y (pixels 0..7 in yl, 8..15 in yh), and
+// the chroma terms of eight chroma samples, each serving two neighbouring
+// pixels, to 8-bit R, G, B.
+template <class F>
+inline void yccQ13Pairs(V::v yl, V::v yh, V::v tR, V::v tG, V::v tB, V::v& R, V::v& G, V::v& B) {
+  V::v R0, G0, B0, R1, G1, B1;
+  yccSum(yccLuma<F>(yl), V::unpacklo16(tR, tR), V::unpacklo16(tG, tG), V::unpacklo16(tB, tB), R0, G0, B0);
+  yccSum(yccLuma<F>(yh), V::unpackhi16(tR, tR), V::unpackhi16(tG, tG), V::unpackhi16(tB, tB), R1, G1, B1);
+  R = V::packus16(R0, R1), G = V::packus16(G0, G1), B = V::packus16(B0, B1);
 }
 // Sixteen pixels per lane of 8-bit Y, Cb, Cr to 8-bit R, G, B.
 template <class F>
 inline void yccQ13x16(V::v y, V::v cb, V::v cr, V::v& R, V::v& G, V::v& B) {
-  V::v yl, yh, bl, bh, rl, rh, R0, G0, B0, R1, G1, B1;
+  V::v yl, yh, bl, bh, rl, rh, tR, tG, tB, R0, G0, B0, R1, G1, B1;
   widen(y, yl, yh), widen(cb, bl, bh), widen(cr, rl, rh);
-  yccQ13<F>(yl, bl, rl, R0, G0, B0);
-  yccQ13<F>(yh, bh, rh, R1, G1, B1);
+  yccChroma<F>(bl, rl, tR, tG, tB);
+  yccSum(yccLuma<F>(yl), tR, tG, tB, R0, G0, B0);
+  yccChroma<F>(bh, rh, tR, tG, tB);
+  yccSum(yccLuma<F>(yh), tR, tG, tB, R1, G1, B1);
   R = V::packus16(R0, R1), G = V::packus16(G0, G1), B = V::packus16(B0, B1);
 }
 
@@ -104,26 +124,19 @@ struct ChromaQ {
 };
 
 // ---- kernels of the packed 4:2:2 rows --------------------------------------------
-// CbYCr -> pixels, 16 pixels (32 source bytes) per lane.
-inline constexpr Mask16 maskDupWord(int first) {
-  Mask16 m{};
-  for (int i = 0; i < 16; ++i) m.b[i] = static_cast<int8_t>(4 * (i / 4) + first + (i & 1));
-  return m;
-}
-inline constexpr Mask16 kDupCb = maskDupWord(0), kDupCr = maskDupWord(2);
-
+// CbYCr -> pixels, 16 pixels (32 source bytes) per lane. Packing the chroma
+// bytes of both halves gives one word per pair, Cb low and Cr high.
 template <Pix Out, class F>
 int kernFromC2(const RowIO& io, int x, int n) {
   constexpr int kBlock = 16 * V::kLanes;
-  const V::v lo = V::set16(0x00FF), dupCb = V::bcast(kDupCb.b), dupCr = V::bcast(kDupCr.b);
+  const V::v lo = V::set16(0x00FF);
   for (; x + kBlock <= n; x += kBlock) {
-    V::v R[2], G[2], B[2];
-    for (int h = 0; h < 2; ++h) {
-      const V::v a = V::load<32>(io.s[0] + 2 * x + 16 * h);
-      const V::v c = V::and_(a, lo);
-      yccQ13<F>(V::srli16<8>(a), V::shuffle8(c, dupCb), V::shuffle8(c, dupCr), R[h], G[h], B[h]);
-    }
-    storePix<Out>(io.d[0], x, V::packus16(R[0], R[1]), V::packus16(G[0], G[1]), V::packus16(B[0], B[1]), io.alpha);
+    const V::v a = V::load<32>(io.s[0] + 2 * x), b = V::load<32>(io.s[0] + 2 * x + 16);
+    const V::v c = V::packus16(V::and_(a, lo), V::and_(b, lo));
+    V::v tR, tG, tB, R, G, B;
+    yccChroma<F>(V::and_(c, lo), V::srli16<8>(c), tR, tG, tB);
+    yccQ13Pairs<F>(V::srli16<8>(a), V::srli16<8>(b), tR, tG, tB, R, G, B);
+    storePix<Out>(io.d[0], x, R, G, B, io.alpha);
   }
   return x;
 }

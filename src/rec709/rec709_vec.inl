@@ -52,11 +52,13 @@ template <Pix Out, class F>
 int kernFrom420(const RowIO& io, int x, int n) {
   constexpr int kBlock = 16 * V::kLanes;
   for (; x + kBlock <= n; x += kBlock) {
-    const v cb8 = V::load8<8>(io.s[2] + (x >> 1)), cr8 = V::load8<8>(io.s[3] + (x >> 1));
-    const v cb = V::unpacklo8(cb8, cb8), cr = V::unpacklo8(cr8, cr8);
+    v tR, tG, tB;
+    yccChroma<F>(V::unpacklo8(V::load8<8>(io.s[2] + (x >> 1)), V::zero()),
+                 V::unpacklo8(V::load8<8>(io.s[3] + (x >> 1)), V::zero()), tR, tG, tB);
     for (int i = 0; i < 2; ++i) {
-      v R, G, B;
-      yccQ13x16<F>(V::load<16>(io.s[i] + x), cb, cr, R, G, B);
+      v yl, yh, R, G, B;
+      widen(V::load<16>(io.s[i] + x), yl, yh);
+      yccQ13Pairs<F>(yl, yh, tR, tG, tB, R, G, B);
       storePix<Out>(io.d[i], x, R, G, B, io.alpha);
     }
   }
