@@ -32,90 +32,58 @@ struct Def {
   bool tight = false;  // a form without steps
 };
 
-Def def(const char* name, Lay in, Lay out, Invoke f, bool is420, bool tight = false) {
-  Def d{Member{name, geoms(in), geoms(out), f}, in, out, tight};
-  if (is420) d.m.final = status420;
-  return d;
-}
+// Calls by argument form, asking for the pointers in argument order:
+// interleaved (I), planes with one step (P), planes with an array of steps
+// (A), and the forms without steps (T).
+#define I_I(fn) [](Call& c) { auto s = c.s(0); auto d = c.d(0); return fn(s, c.ss(0), d, c.ds(0), c.roi()); }
+#define I_A(fn) [](Call& c) { auto s = c.s(0); auto d = c.dArr(3); return fn(s, c.ss(0), d, c.dsArr(3), c.roi()); }
+#define P_A(fn) [](Call& c) { auto s = c.sArr(3); auto d = c.dArr(3); return fn(s, c.ss(0), d, c.dsArr(3), c.roi()); }
+#define A_I(fn) [](Call& c) { auto s = c.sArr(3); auto d = c.d(0); return fn(s, c.ssArr(3), d, c.ds(0), c.roi()); }
+#define A_P(fn) [](Call& c) { auto s = c.sArr(3); auto d = c.dArr(3); return fn(s, c.ssArr(3), d, c.ds(0), c.roi()); }
+#define T_IP(fn) [](Call& c) { auto s = c.s(0); auto d = c.dArr(3); return fn(s, d, c.roi()); }
+#define T_PP(fn) [](Call& c) { auto s = c.sArr(3); auto d = c.dArr(3); return fn(s, d, c.roi()); }
+#define T_PI(fn) [](Call& c) { auto s = c.sArr(3); auto d = c.d(0); return fn(s, d, c.roi()); }
 
-// Every member; `sharedSrcStep` / `sharedDstStep` where one step serves all
-// planes of a side.
+// Every member; sharedS / sharedD where one step serves all planes of a side.
 std::vector<Def> defs() {
-  std::vector<Def> v;
-  auto add = [&](Def d, bool sharedS, bool sharedD) {
-    d.m.sharedSrcStep = sharedS, d.m.sharedDstStep = sharedD;
-    v.push_back(d);
+  struct Row {
+    const char* name;
+    Lay in, out;
+    Invoke call;
+    bool is420, tight, sharedS, sharedD;
   };
-  // 4:2:2 forward.
-  add(def("keliRGBToYUV422_8u_C3C2R", Lay::RGB, Lay::YUYV, [](Call& c) {
-        return keliRGBToYUV422_8u_C3C2R(c.s(0), c.ss(0), c.d(0), c.ds(0), c.roi()); }, false), false, false);
-  add(def("keliRGBToYUV422_8u_C3P3R", Lay::RGB, Lay::YUV422P, [](Call& c) {
-        auto s = c.s(0);
-        return keliRGBToYUV422_8u_C3P3R(s, c.ss(0), c.dArr(3), c.dsArr(3), c.roi()); }, false), false, false);
-  add(def("keliRGBToYUV422_8u_C3P3", Lay::RGB, Lay::YUV422P, [](Call& c) {
-        auto s = c.s(0);
-        return keliRGBToYUV422_8u_C3P3(s, c.dArr(3), c.roi()); }, false, true), false, false);
-  add(def("keliRGBToYUV422_8u_P3R", Lay::RGBP, Lay::YUV422P, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliRGBToYUV422_8u_P3R(s, c.ss(0), c.dArr(3), c.dsArr(3), c.roi()); }, false), true, false);
-  add(def("keliRGBToYUV422_8u_P3", Lay::RGBP, Lay::YUV422P, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliRGBToYUV422_8u_P3(s, c.dArr(3), c.roi()); }, false, true), false, false);
-  // 4:2:0 forward.
-  add(def("keliRGBToYUV420_8u_C3P3R", Lay::RGB, Lay::YUV420P, [](Call& c) {
-        auto s = c.s(0);
-        return keliRGBToYUV420_8u_C3P3R(s, c.ss(0), c.dArr(3), c.dsArr(3), c.roi()); }, true), false, false);
-  add(def("keliRGBToYUV420_8u_C3P3", Lay::RGB, Lay::YUV420P, [](Call& c) {
-        auto s = c.s(0);
-        return keliRGBToYUV420_8u_C3P3(s, c.dArr(3), c.roi()); }, true, true), false, false);
-  add(def("keliRGBToYUV420_8u_P3R", Lay::RGBP, Lay::YUV420P, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliRGBToYUV420_8u_P3R(s, c.ss(0), c.dArr(3), c.dsArr(3), c.roi()); }, true), true, false);
-  add(def("keliRGBToYUV420_8u_P3", Lay::RGBP, Lay::YUV420P, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliRGBToYUV420_8u_P3(s, c.dArr(3), c.roi()); }, true, true), false, false);
-  add(def("keliBGRToYUV420_8u_AC4P3R", Lay::BGRX, Lay::YUV420P, [](Call& c) {
-        auto s = c.s(0);
-        return keliBGRToYUV420_8u_AC4P3R(s, c.ss(0), c.dArr(3), c.dsArr(3), c.roi()); }, true), false, false);
-  // 4:2:2 inverse.
-  add(def("keliYUV422ToRGB_8u_C2C3R", Lay::YUYV, Lay::RGB, [](Call& c) {
-        return keliYUV422ToRGB_8u_C2C3R(c.s(0), c.ss(0), c.d(0), c.ds(0), c.roi()); }, false), false, false);
-  add(def("keliYUV422ToRGB_8u_P3C3R", Lay::YUV422P, Lay::RGB, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliYUV422ToRGB_8u_P3C3R(s, c.ssArr(3), c.d(0), c.ds(0), c.roi()); }, false), false, false);
-  add(def("keliYUV422ToRGB_8u_P3C3", Lay::YUV422P, Lay::RGB, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliYUV422ToRGB_8u_P3C3(s, c.d(0), c.roi()); }, false, true), false, false);
-  add(def("keliYUV422ToRGB_8u_P3R", Lay::YUV422P, Lay::RGBP, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliYUV422ToRGB_8u_P3R(s, c.ssArr(3), c.dArr(3), c.ds(0), c.roi()); }, false), false, true);
-  add(def("keliYUV422ToRGB_8u_P3", Lay::YUV422P, Lay::RGBP, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliYUV422ToRGB_8u_P3(s, c.dArr(3), c.roi()); }, false, true), false, false);
-  add(def("keliYUV422ToRGB_8u_P3AC4R", Lay::YUV422P, Lay::RGBA, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliYUV422ToRGB_8u_P3AC4R(s, c.ssArr(3), c.d(0), c.ds(0), c.roi()); }, false), false, false);
-  // 4:2:0 inverse.
-  add(def("keliYUV420ToRGB_8u_P3C3R", Lay::YUV420P, Lay::RGB, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliYUV420ToRGB_8u_P3C3R(s, c.ssArr(3), c.d(0), c.ds(0), c.roi()); }, true), false, false);
-  add(def("keliYUV420ToRGB_8u_P3C3", Lay::YUV420P, Lay::RGB, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliYUV420ToRGB_8u_P3C3(s, c.d(0), c.roi()); }, true, true), false, false);
-  add(def("keliYUV420ToRGB_8u_P3R", Lay::YUV420P, Lay::RGBP, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliYUV420ToRGB_8u_P3R(s, c.ssArr(3), c.dArr(3), c.ds(0), c.roi()); }, true), false, true);
-  add(def("keliYUV420ToRGB_8u_P3", Lay::YUV420P, Lay::RGBP, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliYUV420ToRGB_8u_P3(s, c.dArr(3), c.roi()); }, true, true), false, false);
-  add(def("keliYUV420ToRGB_8u_P3AC4R", Lay::YUV420P, Lay::RGBA, [](Call& c) {
-        auto s = c.sArr(3);
-        return keliYUV420ToRGB_8u_P3AC4R(s, c.ssArr(3), c.d(0), c.ds(0), c.roi()); }, true), false, false);
-  Def bgr = def("keliYUV420ToBGR_8u_P3C3R", Lay::YUV420P, Lay::BGR, [](Call& c) {
-    auto s = c.sArr(3);
-    return keliYUV420ToBGR_8u_P3C3R(s, c.ssArr(3), c.d(0), c.ds(0), c.roi()); }, true);
-  bgr.m.minW = bgr.m.minH = 2;
-  add(bgr, false, false);
+  const Row rows[] = {
+      {"keliRGBToYUV422_8u_C3C2R", Lay::RGB, Lay::YUYV, I_I(keliRGBToYUV422_8u_C3C2R), false, false, false, false},
+      {"keliRGBToYUV422_8u_C3P3R", Lay::RGB, Lay::YUV422P, I_A(keliRGBToYUV422_8u_C3P3R), false, false, false, false},
+      {"keliRGBToYUV422_8u_C3P3", Lay::RGB, Lay::YUV422P, T_IP(keliRGBToYUV422_8u_C3P3), false, true, false, false},
+      {"keliRGBToYUV422_8u_P3R", Lay::RGBP, Lay::YUV422P, P_A(keliRGBToYUV422_8u_P3R), false, false, true, false},
+      {"keliRGBToYUV422_8u_P3", Lay::RGBP, Lay::YUV422P, T_PP(keliRGBToYUV422_8u_P3), false, true, false, false},
+      {"keliRGBToYUV420_8u_C3P3R", Lay::RGB, Lay::YUV420P, I_A(keliRGBToYUV420_8u_C3P3R), true, false, false, false},
+      {"keliRGBToYUV420_8u_C3P3", Lay::RGB, Lay::YUV420P, T_IP(keliRGBToYUV420_8u_C3P3), true, true, false, false},
+      {"keliRGBToYUV420_8u_P3R", Lay::RGBP, Lay::YUV420P, P_A(keliRGBToYUV420_8u_P3R), true, false, true, false},
+      {"keliRGBToYUV420_8u_P3", Lay::RGBP, Lay::YUV420P, T_PP(keliRGBToYUV420_8u_P3), true, true, false, false},
+      {"keliBGRToYUV420_8u_AC4P3R", Lay::BGRX, Lay::YUV420P, I_A(keliBGRToYUV420_8u_AC4P3R), true, false, false, false},
+      {"keliYUV422ToRGB_8u_C2C3R", Lay::YUYV, Lay::RGB, I_I(keliYUV422ToRGB_8u_C2C3R), false, false, false, false},
+      {"keliYUV422ToRGB_8u_P3C3R", Lay::YUV422P, Lay::RGB, A_I(keliYUV422ToRGB_8u_P3C3R), false, false, false, false},
+      {"keliYUV422ToRGB_8u_P3C3", Lay::YUV422P, Lay::RGB, T_PI(keliYUV422ToRGB_8u_P3C3), false, true, false, false},
+      {"keliYUV422ToRGB_8u_P3R", Lay::YUV422P, Lay::RGBP, A_P(keliYUV422ToRGB_8u_P3R), false, false, false, true},
+      {"keliYUV422ToRGB_8u_P3", Lay::YUV422P, Lay::RGBP, T_PP(keliYUV422ToRGB_8u_P3), false, true, false, false},
+      {"keliYUV422ToRGB_8u_P3AC4R", Lay::YUV422P, Lay::RGBA, A_I(keliYUV422ToRGB_8u_P3AC4R), false, false, false, false},
+      {"keliYUV420ToRGB_8u_P3C3R", Lay::YUV420P, Lay::RGB, A_I(keliYUV420ToRGB_8u_P3C3R), true, false, false, false},
+      {"keliYUV420ToRGB_8u_P3C3", Lay::YUV420P, Lay::RGB, T_PI(keliYUV420ToRGB_8u_P3C3), true, true, false, false},
+      {"keliYUV420ToRGB_8u_P3R", Lay::YUV420P, Lay::RGBP, A_P(keliYUV420ToRGB_8u_P3R), true, false, false, true},
+      {"keliYUV420ToRGB_8u_P3", Lay::YUV420P, Lay::RGBP, T_PP(keliYUV420ToRGB_8u_P3), true, true, false, false},
+      {"keliYUV420ToRGB_8u_P3AC4R", Lay::YUV420P, Lay::RGBA, A_I(keliYUV420ToRGB_8u_P3AC4R), true, false, false, false},
+      {"keliYUV420ToBGR_8u_P3C3R", Lay::YUV420P, Lay::BGR, A_I(keliYUV420ToBGR_8u_P3C3R), true, false, false, false},
+  };
+  std::vector<Def> v;
+  for (const Row& r : rows) {
+    Def d{Member{r.name, geoms(r.in), geoms(r.out), r.call}, r.in, r.out, r.tight};
+    if (r.is420) d.m.final = status420;
+    d.m.sharedSrcStep = r.sharedS, d.m.sharedDstStep = r.sharedD;
+    if (d.m.name == "keliYUV420ToBGR_8u_P3C3R") d.m.minW = d.m.minH = 2;
+    v.push_back(d);
+  }
   return v;
 }
 
