@@ -17,33 +17,21 @@ using namespace cbycr;
 
 ChainIO chain(KernIO CbYCrKernels::*m) { return chainFor(m, sse41::kCbYCrKernels, avx2::kCbYCrKernels); }
 
-// The curve in front of the filtered conversion: none, or the forward
-// gamma table (one look-up per colour sample).
-struct Linear {
-  static int t(int v) { return v; }
-};
-struct Gamma {
-  static int t(int v) { return tableFwd8u[v]; }
-};
-
 // RGB to CbYCr with the 1/4, 1/2, 1/4 chroma filter, pairs from column x
 // (even) to n. The neighbour terms of the odd pixel of a pair serve it and
 // the next pair; the row starts with none (the first pair's sum is not
 // renormalised), a run from further in takes them from the pixel before x.
-template <class Curve>
 int pairsFiltered(const RowIO& io, int x, int n) {
   using F = Filtered;
   const uint8_t* s = io.s[0];
   int32_t cbLeft = 0, crLeft = 0;
   if (x > 0) {
     const uint8_t* p = s + 3 * (x - 1);
-    const int R = Curve::t(p[0]), G = Curve::t(p[1]), B = Curve::t(p[2]);
-    cbLeft = F::cbSide(R, G, B), crLeft = F::crSide(R, G, B);
+    cbLeft = F::cbSide(p[0], p[1], p[2]), crLeft = F::crSide(p[0], p[1], p[2]);
   }
   for (; x < n; x += 2) {
     const uint8_t* p = s + 3 * x;
-    const int R0 = Curve::t(p[0]), G0 = Curve::t(p[1]), B0 = Curve::t(p[2]);
-    const int R1 = Curve::t(p[3]), G1 = Curve::t(p[4]), B1 = Curve::t(p[5]);
+    const int R0 = p[0], G0 = p[1], B0 = p[2], R1 = p[3], G1 = p[4], B1 = p[5];
     const int32_t cbRight = F::cbSide(R1, G1, B1), crRight = F::crSide(R1, G1, B1);
     uint8_t* o = io.d[0] + 2 * x;
     o[0] = static_cast<uint8_t>(F::chroma(cbLeft, F::cbCentre(R0, G0, B0), cbRight));
@@ -59,39 +47,40 @@ int pairsFiltered(const RowIO& io, int x, int n) {
 // the pairs after the first: they read the left neighbour of a pair from the
 // pixel before it. The arithmetic is the same for every pair, so where they
 // stop changes no result.
-template <class Curve>
 void rowFiltered(const RowIO& io, int x, int w, const ChainIO& chain) {
-  if (x == 0) x = pairsFiltered<Curve>(io, 0, std::min(w & ~1, 2));
-  x = pairsFiltered<Curve>(io, runChain(chain, io, x, w & ~1), w & ~1);
+  if (x == 0) x = pairsFiltered(io, 0, std::min(w & ~1, 2));
+  x = pairsFiltered(io, runChain(chain, io, x, w & ~1), w & ~1);
   if (x < w) {
     const uint8_t* p = io.s[0] + 3 * x;
-    const int R = Curve::t(p[0]), G = Curve::t(p[1]), B = Curve::t(p[2]);
-    io.d[0][2 * x] = static_cast<uint8_t>(Last::cb(R, G, B));
-    io.d[0][2 * x + 1] = static_cast<uint8_t>(Last::y(R, G, B));
+    io.d[0][2 * x] = static_cast<uint8_t>(Last::cb(p[0], p[1], p[2]));
+    io.d[0][2 * x + 1] = static_cast<uint8_t>(Last::y(p[0], p[1], p[2]));
   }
 }
 
 // The gamma member maps a row chunk by chunk through the table into a
 // local buffer, together with the pixel pair before the chunk (the left
 // neighbour of its first pair), and converts each chunk as the plain member
-// does, vector kernels included.
-template <>
-void rowFiltered<Gamma>(const RowIO& io, int, int w, const ChainIO& chain) {
+// does, vector kernels included: one table look-up per colour sample, and
+// two more per chunk for the pair before it.
+void rowFilteredGamma(const RowIO& io, int w, const ChainIO& chain) {
   constexpr int kChunk = 128;  // pixels, even
   uint8_t buf[3 * (kChunk + 2)];
   for (int x0 = 0; x0 < w; x0 += kChunk) {
     const int from = x0 ? x0 - 2 : 0, to = std::min(w, x0 + kChunk);
     for (int i = 3 * from; i < 3 * to; ++i) buf[i - 3 * from] = tableFwd8u[io.s[0][i]];
     const RowIO chunk{{buf}, {io.d[0] + 2 * from}, 0};
-    rowFiltered<Linear>(chunk, x0 - from, to - from, chain);
+    rowFiltered(chunk, x0 - from, to - from, chain);
   }
 }
 
-template <class Curve>
+template <bool Gamma>
 void myFiltered(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, const ChainIO& chain) {
   forRows(roi.height, [&](int r) {
     const RowIO io{{rowAt(src, srcStep, r)}, {rowAt(dst, dstStep, r)}, 0};
-    rowFiltered<Curve>(io, 0, roi.width, chain);
+    if constexpr (Gamma)
+      rowFilteredGamma(io, roi.width, chain);
+    else
+      rowFiltered(io, 0, roi.width, chain);
   });
 }
 
@@ -123,7 +112,7 @@ using namespace kel;
 
 // Member table:              body pixels  body      tail      last odd pixel
 //  RGBToCbYCr422      C3C2R  -            Filtered on every pair  Last
-//  RGBToCbYCr422Gamma C3C2R  -            Filtered after the gamma table, Last likewise
+//  RGBToCbYCr422Gamma C3C2R  -            Filtered and Last, on samples through tableFwd8u
 //  BGRToCbYCr422      AC4C2R w & ~7       MeanBody  MeanTail  Last
 //  CbYCr422ToRGB      C2C3R  w & ~7       InvBody   InvTail   InvTail, Cr of the pair before
 //  CbYCr422ToBGR      C2C4R  w & ~7       InvBody   InvTail   the same
@@ -132,13 +121,13 @@ extern "C" {
 
 KelStatus keliRGBToCbYCr422_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkA({src, dst}, {}, roi)) return st;
-  myFiltered<Linear>(src, srcStep, dst, dstStep, roi, chain(&CbYCrKernels::filtered));
+  myFiltered<false>(src, srcStep, dst, dstStep, roi, chain(&CbYCrKernels::filtered));
   return kelStatusOk;
 }
 
 KelStatus keliRGBToCbYCr422Gamma_8u_C3C2R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkC({src, dst}, {}, roi, {srcStep, dstStep})) return st;
-  myFiltered<Gamma>(src, srcStep, dst, dstStep, roi, chain(&CbYCrKernels::filtered));
+  myFiltered<true>(src, srcStep, dst, dstStep, roi, chain(&CbYCrKernels::filtered));
   return kelStatusOk;
 }
 
