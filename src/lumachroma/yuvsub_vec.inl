@@ -30,19 +30,28 @@ inline v lumaQ14(v r8, v g8, v b8) {
   return V::add16(V::add16(V::mulhr(V::srli16<1>(r8), V::set16(4899)), V::mulhr(V::srli16<1>(g8), V::set16(9617))),
                   V::mulhr(V::srli16<1>(b8), V::set16(1868)));
 }
+// The even and the odd pixels of 16 bytes per lane as 16-bit values x << 7
+// in place: no shuffle, and the 16-bit lane of a pair holds both its pixels.
+inline v even7(v c) { return V::slli16<7>(V::and_(c, V::set16(0x00FF))); }
+inline v odd7(v c) { return V::srli16<1>(V::andnot(V::set16(0x00FF), c)); }
+// Back to bytes: values 0..255 of the even and the odd pixels.
+inline v interleave8(v e, v o) { return V::or_(e, V::slli16<8>(o)); }
+inline v lumaQ14s(v r7, v g7, v b7) {  // inputs x << 7
+  return V::add16(V::add16(V::mulhr(r7, V::set16(4899)), V::mulhr(g7, V::set16(9617))), V::mulhr(b7, V::set16(1868)));
+}
 int rgbC3_Q1(const SubRows& io, int x, int n) {
   for (; x + kBlock <= n; x += kBlock) {
-    v r[2], g[2], b[2], yl[2], yh[2];
+    v sy = V::zero(), sR = V::zero(), sB = V::zero();
     for (int k = 0; k < 2; ++k) {
-      loadC3(io.s[k][0] + 3 * x, r[k], g[k], b[k]);
-      v rl, rh, gl, gh, bl, bh;
-      widenHigh(r[k], rl, rh), widenHigh(g[k], gl, gh), widenHigh(b[k], bl, bh);
-      yl[k] = lumaQ14(rl, gl, bl), yh[k] = lumaQ14(rh, gh, bh);
-      V::store<16>(io.d[k][0] + x, V::packus16(V::srli16<6>(yl[k]), V::srli16<6>(yh[k])));
+      v r, g, b;
+      loadC3(io.s[k][0] + 3 * x, r, g, b);
+      const v ye = lumaQ14s(even7(r), even7(g), even7(b)), yo = lumaQ14s(odd7(r), odd7(g), odd7(b));
+      // Luma terms are 0..16320: y >> 6 needs no clip.
+      V::store<16>(io.d[k][0] + x, interleave8(V::srli16<6>(ye), V::srli16<6>(yo)));
+      sy = V::add16(sy, V::add16(ye, yo));  // below 65536 over the four pixels
+      sR = V::add16(sR, bytePairs(r)), sB = V::add16(sB, bytePairs(b));
     }
-    // S: the four luma terms of a block summed (below 65536) and halved.
-    const v S = pairSums<1>(V::add16(yl[0], yl[1]), V::add16(yh[0], yh[1]));
-    const v sR = V::add16(bytePairs(r[0]), bytePairs(r[1])), sB = V::add16(bytePairs(b[0]), bytePairs(b[1]));
+    const v S = V::srli16<1>(sy);
     const v U = V::add16(V::srai16<6>(V::mulhr(V::sub16(V::slli16<5>(sB), S), V::set16(8061))), V::set16(128));
     const v W = V::add16(V::srai16<6>(V::mulhr(V::sub16(V::slli16<5>(sR), S), V::set16(14369))), V::set16(128));
     V::store8<8>(io.d[0][1] + x / 2, V::packus16(U, U));
