@@ -278,7 +278,9 @@ using namespace kel;
 //  YUV420 P3C3R             plain    row pairs x column pairs          YUV          YUV tail
 //  YUV420 P3C3R             Dither   all                               YUV          -
 //  YCbCr411 P3C3R           BGR555, BGR565: w & ~3, chroma [r][c >> 2]  rounded      rounded tail, last group's chroma
+//  contiguous: source step 3 w (C3) or 2 w (C2) and dstStep >> 1 equal to w: the image is one row.
 //  * keliYCbCrToBGR444_8u16u_C3R takes the contiguous path only for an even width.
+//  YUV420 plain, 1 pixel wide or high: every pixel is a last odd column or row, so all take the YUV tail.
 // All but the 411 members: order A, minimum 1 x 1, kelStatusOk. 411: order B,
 // minimum 4 x 1, odd-size warning on w & 3.
 extern "C" {
