@@ -553,3 +553,14 @@ TEST(RgbYuvSub, AlignedRoutineOnEveryPath) {
     }
   }
 }
+
+// Below 256 pixels the 4:2:2 form without steps works row by row, and a
+// tight image whose rows and planes all sit on 16-byte boundaries takes the
+// aligned routine like the R form.
+TEST(RgbYuvSub, SmallTightImageOnBoundariesTakesTheAlignedRoutine) {
+  const Rgb img = randRgb(32, 7);
+  const Yuv tight = fwd("RGBToYUV422_8u_C3P3", img, true);
+  EXPECT_EQ(tight.Y, fwd("RGBToYUV422_8u_C3P3R", img, true).Y);
+  EXPECT_EQ(tight.U, fwd("RGBToYUV422_8u_C3P3R", img, true).U);
+  EXPECT_NE(tight.Y, fwd("RGBToYUV422_8u_C3P3R", img, false).Y);
+}
