@@ -170,7 +170,7 @@ struct JQ {
   static constexpr int cY = kY, cR = kR, cGu = kGu, cGv = kGv, cB = kB, rnd = Rnd, sh = Sh;
   static constexpr bool negG = NegG;
   static void px(int Y, int Cb, int Cr, int& R, int& G, int& B) {
-    const int y = (Y - 16) << 7, u = (Cb - 128) << 7, v = (Cr - 128) << 7;
+    const int y = (Y - 16) * 128, u = (Cb - 128) * 128, v = (Cr - 128) * 128;  // the shifts by 7, as products
     const int t = mulhs(y, kY);
     const int g = NegG ? -mulhs(u, kGu) - mulhs(v, kGv) : mulhs(u, kGu) + mulhs(v, kGv);
     R = clip8((t + mulhs(v, kR) + Rnd) >> Sh);
