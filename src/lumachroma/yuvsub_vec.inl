@@ -260,22 +260,25 @@ int fwd422(const SubRows& io, int x, int n) {
 
 // ---- 4:2:0 forward, form Q4 (four-byte B, G, R, X source) ----------------------
 int bgrx_Q4(const SubRows& io, int x, int n) {
+  // x << 2 of the even and the odd pixels in place (see even7).
+  auto even2 = [](v c) { return V::slli16<2>(V::and_(c, V::set16(0x00FF))); };
+  auto odd2 = [](v c) { return V::srli16<6>(V::andnot(V::set16(0x00FF), c)); };
   auto s = [](v r, v g, v b) {
-    return V::add16(V::add16(V::mulhs(V::slli16<2>(r), V::set16(9798)), V::mulhs(V::slli16<2>(g), V::set16(19235))),
-                    V::mulhs(V::slli16<2>(b), V::set16(3736)));
+    return V::add16(V::add16(V::mulhs(r, V::set16(9798)), V::mulhs(g, V::set16(19235))), V::mulhs(b, V::set16(3736)));
   };
   for (; x + kBlock <= n; x += kBlock) {
-    v sl[2], sh[2], r8[2], b8[2];
+    v sS = V::zero(), sR = V::zero(), sB = V::zero();
     for (int k = 0; k < 2; ++k) {
-      v G, X, rl, rh, gl, gh, bl, bh;
-      loadC4(io.s[k][0] + 4 * x, b8[k], G, r8[k], X);
-      widen(r8[k], rl, rh), widen(G, gl, gh), widen(b8[k], bl, bh);
-      sl[k] = s(rl, gl, bl), sh[k] = s(rh, gh, bh);
-      V::store<16>(io.d[k][0] + x, V::packus16(V::srai16<1>(sl[k]), V::srai16<1>(sh[k])));
+      v B, G, R, X;
+      loadC4(io.s[k][0] + 4 * x, B, G, R, X);
+      const v se = s(even2(R), even2(G), even2(B)), so = s(odd2(R), odd2(G), odd2(B));
+      // S is 0..509: S >> 1 needs no clip.
+      V::store<16>(io.d[k][0] + x, interleave8(V::srli16<1>(se), V::srli16<1>(so)));
+      sS = V::add16(sS, V::add16(se, so));
+      sR = V::add16(sR, bytePairs(R)), sB = V::add16(sB, bytePairs(B));
     }
-    const v D = pairSums<2>(V::add16(sl[0], sl[1]), V::add16(sh[0], sh[1]));
-    const v sB = V::srli16<1>(V::add16(bytePairs(b8[0]), bytePairs(b8[1])));
-    const v sR = V::srli16<1>(V::add16(bytePairs(r8[0]), bytePairs(r8[1])));
+    const v D = V::srli16<2>(sS);
+    sB = V::srli16<1>(sB), sR = V::srli16<1>(sR);
     V::store8<8>(io.d[0][1] + x / 2, chromaOut(V::add16(V::mulhs(V::sub16(sB, D), V::set16(16121)), V::set16(128))));
     V::store8<8>(io.d[0][2] + x / 2, chromaOut(V::add16(V::mulhs(V::sub16(sR, D), V::set16(28737)), V::set16(128))));
   }
