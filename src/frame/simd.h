@@ -444,8 +444,11 @@ inline void store3(const Row3& io, int x, V::v a, V::v b, V::v c) {
 // The vector kernel of a three-channel body: F::vec(a, b, c, x, y, z) maps
 // 16 pixels per lane of 8-bit samples.
 template <Lay In, Lay Out, class F>
-int kern3(const Row3& io, int x, int n) {
+int kern3(const Row3& row, int x, int n) {
   constexpr int kBlock = 16 * V::kLanes;
+  // A local copy of the row pointers: byte stores could alias the caller's
+  // struct, which would make the compiler reload the pointers every pass.
+  const Row3 io = row;
   for (; x + kBlock <= n; x += kBlock) {
     V::v a, b, c, o0, o1, o2;
     load3<In>(io, x, a, b, c);
