@@ -41,6 +41,16 @@ template <class K>
 struct Chain {
   K k[2] = {nullptr, nullptr};
 };
+// Runs the kernels of a chain from column x, each while its blocks fit
+// below n; returns the column where the scalar definition takes over.
+namespace {
+template <class K, class IO>
+inline int runChain(const Chain<K>& chain, const IO& io, int x, int n) {
+  for (K k : chain.k)
+    if (k) x = k(io, x, n);
+  return x;
+}
+}  // namespace
 template <class T, class K>
 inline Chain<K> chainFor(K T::*m, const T& sse41, const T& avx2) {
   const Isa isa = activeIsa();

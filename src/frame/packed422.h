@@ -38,11 +38,6 @@ enum class Pix : int { RGB, BGR, BGRX, BGRA };
 // this header too.
 namespace {
 
-inline int runChain(const ChainIO& chain, const RowIO& io, int x, int n) {
-  for (KernIO k : chain.k)
-    if (k) x = k(io, x, n);
-  return x;
-}
 
 // ---- three-colour pixels ------------------------------------------------
 template <Pix P>

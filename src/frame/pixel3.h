@@ -86,13 +86,9 @@ inline void px3(const Row3& io, int x) {
 // they give the tail's bytes, only faster, for rows that are mostly tail.
 template <Lay In, Lay Out, class Body, class Tail>
 inline void row3(const Row3& io, int w, int body, const Chain3& chain, const Chain3& tailChain = {}) {
-  int x = 0;
-  for (Kern3 k : chain.k)
-    if (k) x = k(io, x, body);
+  int x = runChain(chain, io, 0, body);
   for (; x < body; ++x) px3<In, Out, Body>(io, x);
-  for (Kern3 k : tailChain.k)
-    if (k) x = k(io, x, w);
-  for (; x < w; ++x) px3<In, Out, Tail>(io, x);
+  for (x = runChain(tailChain, io, x, w); x < w; ++x) px3<In, Out, Tail>(io, x);
 }
 
 // The scalar definitions of a body, alone: what the vector kernels are held to.

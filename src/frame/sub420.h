@@ -28,13 +28,5 @@ struct SubRows {
 using KernSub = int (*)(const SubRows& io, int x, int n);
 using ChainSub = Chain<KernSub>;
 
-namespace {
-inline int runChain(const ChainSub& chain, const SubRows& io, int x, int n) {
-  for (KernSub k : chain.k)
-    if (k) x = k(io, x, n);
-  return x;
-}
-
-}  // namespace
 
 }  // namespace kel

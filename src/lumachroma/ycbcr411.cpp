@@ -16,7 +16,7 @@ void ownBGRToYCbCr411(const Side& s, const Side& d, KeliSize roi, int body, bool
   const int w = roi.width;
   forRows(roi.height, [&](int r) {
     const SubRows io = rowsOf(s, d, r, false);
-    fwdGroups<4, 1, In, Planar, Ly, Ly, C>(io, runBody(ch, io, body), body);
+    fwdGroups<4, 1, In, Planar, Ly, Ly, C>(io, runChain(ch, io, 0, body), body);
     fwdGroups<4, 1, In, Planar, YT, YT, CE>(io, body, w & ~3);
     if (lastLuma)
       for (int x = w & ~3; x < w; ++x) {
@@ -36,7 +36,7 @@ void myYCbCr411ToBGR(const Side& s, const Side& d, KeliSize roi, int alpha) {
   const Chain<KernSub> ch = chainOf(Out == Pix::BGR ? &YccSubKernels::p411_J2_bgr : &YccSubKernels::p411_J2_bgra);
   forRows(roi.height, [&](int row) {
     const SubRows io = rowsOf(s, d, row, false, alpha);
-    invPixels<1, 2, Planar, Out, J2>(io, runBody(ch, io, body), body);
+    invPixels<1, 2, Planar, Out, J2>(io, runChain(ch, io, 0, body), body);
     const int j = (w >> 2) - 1, Cb = io.s[0][1][j], Cr = io.s[0][2][j];
     for (int x = body; x < w; ++x) {
       int R, G, B;

@@ -16,7 +16,7 @@ using namespace ycc;
 // current cores, so one routine serves both.
 void innerRGBToYCbCr420(const SubRows& io, int w, const Chain<KernSub>& ch) {
   const int body = ((w >> 1) & ~3) << 1;
-  const int x = runBody(ch, io, body);
+  const int x = runChain(ch, io, 0, body);
   fwdGroups<2, 2, Pix::RGB, Planar, YF, YF, CG>(io, x, body);
   fwdGroups<2, 2, Pix::RGB, Planar, YT, YT, CE>(io, body, w & ~1);
 }
@@ -33,7 +33,7 @@ void ownToYCbCr420(const Side& s, const Side& d, KeliSize roi) {
                                                       : &YccSubKernels::rgba420_YO_CB);
   forRowPairs(roi.height, [&](int k) {
     const SubRows io = rowsOf(s, d, k, true);
-    fwdGroups<2, 2, In, Planar, YO, YO, CB>(io, runBody(ch, io, body), body);
+    fwdGroups<2, 2, In, Planar, YO, YO, CB>(io, runChain(ch, io, 0, body), body);
     fwdGroups<2, 2, In, Planar, YT, YT, CE>(io, body, w & ~1);
   });
 }
@@ -46,7 +46,7 @@ void rowsYCbCr420ToRGB(const Side& s, const Side& d, KeliSize roi, int alpha, co
   const int w = roi.width, body = w & ~7;
   forRowPairs(roi.height, [&](int k) {
     const SubRows io = rowsOf(s, d, k, true, alpha);
-    const int x = runBody(ch, io, body);
+    const int x = runChain(ch, io, 0, body);
     invPixels<2, 1, Planar, Out, Body>(io, x, body);
     invPixels<2, 1, Planar, Out, L4>(io, body, w & ~1);
   });

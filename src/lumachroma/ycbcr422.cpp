@@ -18,7 +18,7 @@ template <Pix In, bool CrFirst>
 void innerRGBToYCbCr422_C2(const SubRows& io, int w, const Chain<KernSub>& ch) {
   using Out = Packed<CrFirst>;
   const int body = w & ~7;
-  fwdGroups<2, 1, In, Out, YH, YH, CF>(io, runBody(ch, io, body), body);
+  fwdGroups<2, 1, In, Out, YH, YH, CF>(io, runChain(ch, io, 0, body), body);
   fwdGroups<2, 1, In, Out, YT, YU, CF>(io, body, w & ~1);
   if (w & 1) {
     const int x = w - 1;
@@ -50,7 +50,7 @@ void ownRGBToYCbCr422(const Side& s, const Side& d, KeliSize roi, KernSub YccSub
   const Chain<KernSub> ch = chainOf(kern);
   forRows(roi.height, [&](int r) {
     const SubRows io = rowsOf(s, d, r, false);
-    fwdGroups<2, 1, In, Out, YO, YO, CA>(io, runBody(ch, io, body), body);
+    fwdGroups<2, 1, In, Out, YO, YO, CA>(io, runChain(ch, io, 0, body), body);
     fwdGroups<2, 1, In, Out, YT, YT, CD>(io, body, w & ~1);
     if (O != Odd::Nothing && (w & 1)) {
       const int x = w - 1;
@@ -87,7 +87,7 @@ void myYCbCr422ToRGB_C2(const Side& s, const Side& d, KeliSize roi) {
   const int w = roi.width, body = w & ~3;
   forRows(roi.height, [&](int r) {
     const SubRows io = rowsOf(s, d, r, false);
-    invPixels<1, 1, In, Out, J2>(io, runBody(ch, io, body), body);
+    invPixels<1, 1, In, Out, J2>(io, runChain(ch, io, 0, body), body);
     invPixels<1, 1, In, Out, S1>(io, body, w & ~1);
     if (w & 1) lastPackedPixel<CrFirst, Out, S1>(io, w);
   });
@@ -100,7 +100,7 @@ void ownYCbCr422ToBGR_C2(const Side& s, const Side& d, KeliSize roi, int body, i
   const int w = roi.width;
   forRows(roi.height, [&](int r) {
     const SubRows io = rowsOf(s, d, r, false, alpha);
-    invPixels<1, 1, Packed<false>, Out, Body>(io, runBody(ch, io, body), body);
+    invPixels<1, 1, Packed<false>, Out, Body>(io, runChain(ch, io, 0, body), body);
     invPixels<1, 1, Packed<false>, Out, S1>(io, body, w & ~1);
     if (w & 1) lastPackedPixel<false, Out, S1>(io, w);
   });
@@ -113,7 +113,7 @@ void planes422(const Side& s, const Side& d, KeliSize roi, int end, const Chain<
   const int body = roi.width & ~7;
   forRows(roi.height, [&](int r) {
     const SubRows io = rowsOf(s, d, r, false);
-    const int x = runBody(ch, io, body);
+    const int x = runChain(ch, io, 0, body);
     invPixels<1, 1, Planar, Out, Body>(io, x, body);
     invPixels<1, 1, Planar, Out, Tail>(io, body, end);
   });

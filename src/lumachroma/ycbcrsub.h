@@ -295,14 +295,6 @@ inline int invBody(const SubRows& io, int x, int n) {
   return n > x ? n : x;
 }
 
-// The vector kernels of the active path, then the scalar body definition,
-// over the body columns [0, n).
-inline int runBody(const Chain<KernSub>& ch, const SubRows& io, int n) {
-  int x = 0;
-  for (KernSub k : ch.k)
-    if (k) x = k(io, x, n);
-  return x;
-}
 
 
 // ---- row addresses ----------------------------------------------------------------
