@@ -22,8 +22,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
+#include <utility>
 
 #include "frame/cpu.h"
+#include "frame/rows.h"
 
 namespace kel {
 
@@ -357,12 +360,7 @@ struct VecOf<M, decltype(void(M::kVec))> {
 template <class M>
 struct Mover {
   Chain<RowMove> chain;
-  void operator()(const RowsIO& io, int n) const {
-    int x = 0;
-    for (RowMove k : chain.k)
-      if (k) x = k(io, x, n);
-    M::run(io, x, n);
-  }
+  void operator()(const RowsIO& io, int n) const { M::run(io, runChain(chain, io, 0, n), n); }
 };
 template <class M>
 inline Mover<M> mover() {
@@ -375,6 +373,35 @@ inline Mover<M> mover() {
 
 // Orders the non-temporal stores of a row before what follows.
 inline void storeFence() { _mm_sfence(); }
+
+// ---- whole planes ------------------------------------------------------------
+// Where every plane's step is exactly its row's bytes, the rows lie end to
+// end and go as one long row (whose count must still fit an int).
+inline bool endToEnd(std::initializer_list<std::pair<int, int>> stepAndBytes, int rows) {
+  for (auto [step, bytes] : stepAndBytes)
+    if (step != bytes || static_cast<int64_t>(bytes) * rows > (1 << 30)) return false;
+  return true;
+}
+// A plane of w bytes by h rows. One whose rows lie end to end is one block
+// for the C library's copy, which picks its own best way for large blocks.
+inline void copyPlane(const uint8_t* s, int ss, uint8_t* d, int ds, int w, int h) {
+  if (endToEnd({{ss, w}, {ds, w}}, h)) return void(std::memcpy(d, s, static_cast<size_t>(w) * h));
+  const auto mv = mover<lrow::Copy>();
+  for (int r = 0; r < h; ++r) mv({{rowAt(s, ss, r)}, {rowAt(d, ds, r)}}, w);
+}
+// Interleaved chroma pairs (n a row) to two planes: `first` takes the first
+// byte of each pair, `second` the other.
+inline void splitChroma(const uint8_t* c, int cs, uint8_t* first, int fs, uint8_t* second, int ss, int n, int rows) {
+  const auto mv = mover<lrow::SplitPairs>();
+  if (endToEnd({{cs, 2 * n}, {fs, n}, {ss, n}}, rows)) return mv({{c}, {first, second}}, n * rows);
+  for (int k = 0; k < rows; ++k) mv({{rowAt(c, cs, k)}, {rowAt(first, fs, k), rowAt(second, ss, k)}}, n);
+}
+// Two planes to interleaved chroma pairs, the byte of `first` first.
+inline void zipChroma(const uint8_t* first, int fs, const uint8_t* second, int ss, uint8_t* c, int cs, int n, int rows) {
+  const auto mv = mover<lrow::ZipBytes>();
+  if (endToEnd({{fs, n}, {ss, n}, {cs, 2 * n}}, rows)) return mv({{first, second}, {c}}, n * rows);
+  for (int k = 0; k < rows; ++k) mv({{rowAt(first, fs, k), rowAt(second, ss, k)}, {rowAt(c, cs, k)}}, n);
+}
 
 }  // namespace
 

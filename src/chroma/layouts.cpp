@@ -85,8 +85,7 @@ void ownLumaRows(const uint8_t* s, int ss, uint8_t* d, int ds, KeliSize t, bool 
       storeFence();
     });
   } else {
-    const auto mv = mover<Copy>();
-    forRows(t.height, [&](int r) { mv({{rowAt(s, ss, r)}, {rowAt(d, ds, r)}}, t.width); });
+    copyPlane(s, ss, d, ds, t.width, t.height);
   }
 }
 
@@ -230,9 +229,8 @@ KelStatus keliYCbCr420_8u_P2P3R(const Kel8u* srcY, int srcYStep, const Kel8u* sr
                                 const int dstStep[3], KeliSize roi) {
   if (KelStatus st = check({srcY, srcCbCr}, {planes(dst, 3)}, roi, 2, 2)) return st;
   const KeliSize t = trim(roi, 2, 2);
-  ownLumaRows(srcY, srcYStep, dst[0], dstStep[0], t, false);
-  const Steps4 ss = steps(srcCbCrStep), ds = steps(dstStep[1], dstStep[2]);
-  ownRows<SplitPairs>({{srcCbCr}, {dst[1], dst[2]}}, ss.v, ds.v, t.height >> 1, t.width >> 1);
+  copyPlane(srcY, srcYStep, dst[0], dstStep[0], t.width, t.height);
+  splitChroma(srcCbCr, srcCbCrStep, dst[1], dstStep[1], dst[2], dstStep[2], t.width >> 1, t.height >> 1);
   return kelStatusOk;
 }
 
@@ -240,9 +238,8 @@ KelStatus keliYCbCr420_8u_P3P2R(const Kel8u* const src[3], const int srcStep[3],
                                 int dstCbCrStep, KeliSize roi) {
   if (KelStatus st = check({dstY, dstCbCr}, {planes(src, 3)}, roi, 2, 2)) return st;
   const KeliSize t = trim(roi, 2, 2);
-  ownLumaRows(src[0], srcStep[0], dstY, dstYStep, t, false);
-  const Steps4 ss = steps(srcStep[1], srcStep[2]), ds = steps(dstCbCrStep);
-  ownRows<ZipBytes>({{src[1], src[2]}, {dstCbCr}}, ss.v, ds.v, t.height >> 1, t.width >> 1);
+  copyPlane(src[0], srcStep[0], dstY, dstYStep, t.width, t.height);
+  zipChroma(src[1], srcStep[1], src[2], srcStep[2], dstCbCr, dstCbCrStep, t.width >> 1, t.height >> 1);
   return kelStatusOk;
 }
 

@@ -59,20 +59,6 @@ struct Even {
 inline Even even(KeliSize roi) { return {roi.width & ~1, roi.height & ~1}; }
 
 // ---- row drivers ---------------------------------------------------------
-// Where every plane's step is exactly its row's bytes, the rows lie end to
-// end and go as one long row (whose count must still fit an int).
-inline bool endToEnd(std::initializer_list<std::pair<int, int>> stepAndBytes, int rows) {
-  for (auto [step, bytes] : stepAndBytes)
-    if (step != bytes || static_cast<int64_t>(bytes) * rows > (1 << 30)) return false;
-  return true;
-}
-// A luma plane whose rows lie end to end is one block for the C library's
-// copy, which picks its own best way for large blocks.
-inline void copyPlane(const Kel8u* s, int ss, Kel8u* d, int ds, int w, int h) {
-  if (endToEnd({{ss, w}, {ds, w}}, h)) return void(std::memcpy(d, s, static_cast<size_t>(w) * h));
-  const auto mv = mover<Copy>();
-  forRows(h, [&](int r) { mv({{rowAt(s, ss, r)}, {rowAt(d, ds, r)}}, w); });
-}
 
 // NV12 to a 4:2:2 quad stream: each chroma row serves both rows of its pair.
 template <const Quad& Q>
@@ -168,13 +154,7 @@ KelStatus keliYCbCr420ToYCrCb420_8u_P2P3R(const Kel8u* srcY, int srcYStep, const
   if (chk::sizeBelow(roi, 2, 2)) return kelStatusBadSize;
   const Even e = even(roi);
   copyPlane(srcY, srcYStep, dst[0], dstStep[0], e.w, e.h);
-  const auto mv = mover<SplitPairs>();
-  const int n = e.w >> 1, rows = e.h >> 1;
-  if (endToEnd({{srcCbCrStep, e.w}, {dstStep[1], n}, {dstStep[2], n}}, rows))
-    return mv({{srcCbCr}, {dst[1], dst[2]}}, n * rows), kelStatusOk;
-  forRows(rows, [&](int k) {
-    mv({{rowAt(srcCbCr, srcCbCrStep, k)}, {rowAt(dst[1], dstStep[1], k), rowAt(dst[2], dstStep[2], k)}}, n);
-  });
+  splitChroma(srcCbCr, srcCbCrStep, dst[1], dstStep[1], dst[2], dstStep[2], e.w >> 1, e.h >> 1);
   return kelStatusOk;
 }
 
@@ -224,13 +204,8 @@ KelStatus keliYCrCb420ToYCbCr420_8u_P3P2R(const Kel8u* const src[3], const int s
   if (KelStatus st = checkB({dstY, dstCbCr}, {planes(src, 3)}, roi, 2, 2)) return st;
   const Even e = even(roi);
   copyPlane(src[0], srcStep[0], dstY, dstYStep, e.w, e.h);
-  const auto mv = mover<ZipBytes>();
-  const int n = e.w >> 1, rows = e.h >> 1;
-  if (endToEnd({{srcStep[1], n}, {srcStep[2], n}, {dstCbCrStep, e.w}}, rows))
-    return mv({{src[2], src[1]}, {dstCbCr}}, n * rows), kelStatusOk;
-  forRows(rows, [&](int k) {
-    mv({{rowAt(src[2], srcStep[2], k), rowAt(src[1], srcStep[1], k)}, {rowAt(dstCbCr, dstCbCrStep, k)}}, n);
-  });
+  // YV12 planes: the Cb pair byte comes from the third plane.
+  zipChroma(src[2], srcStep[2], src[1], srcStep[1], dstCbCr, dstCbCrStep, e.w >> 1, e.h >> 1);
   return kelStatusOk;
 }
 
