@@ -12,6 +12,7 @@
 #include <cstdint>
 
 #include "frame/cpu.h"
+#include "kelcc.h"
 
 namespace kel {
 
@@ -106,6 +107,15 @@ inline Row3 rowOf(const Row3& base, int srcStep, int dstStep, int r) {
     io.d[i] = base.d[i] ? base.d[i] + static_cast<ptrdiff_t>(dstStep) * r : nullptr;
   }
   return io;
+}
+
+// The row driver of the per-pixel members: rows one by one on the caller's
+// thread, each through row3.
+template <Lay In, Lay Out, class Body, class Tail>
+inline void myRows3(const Row3& base, int srcStep, int dstStep, KeliSize roi, int body, const Chain3& chain,
+                    const Chain3& tailChain = {}) {
+  for (int r = 0; r < roi.height; ++r)
+    row3<In, Out, Body, Tail>(rowOf(base, srcStep, dstStep, r), roi.width, body, chain, tailChain);
 }
 
 }  // namespace kel

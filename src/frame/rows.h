@@ -11,6 +11,9 @@
 
 namespace kel {
 
+// Internal linkage, as in frame/arith.h: per-ISA files include this too.
+namespace {
+
 // Row r of a plane: the pointer plus r times the step, the step widened
 // with its sign before the product.
 template <class T>
@@ -49,11 +52,14 @@ inline bool allAligned16(std::initializer_list<const void*> ptrs, std::initializ
   return true;
 }
 
+}  // namespace
+
 // ---- forms without steps ---------------------------------------------
 // 4:2:0 images: interleaved 3*w, full planes w, chroma planes w >> 1.
 struct TightSteps {
   int c3, full, chroma;
 };
+namespace {
 inline TightSteps tight420(int w) { return {3 * w, w, w >> 1}; }
 // 4:2:2 images on the per-row path: chroma planes hold (w >> 1) + (w & 1).
 inline TightSteps tight422(int w) { return {3 * w, w, (w >> 1) + (w & 1)}; }
@@ -71,4 +77,5 @@ inline void forLongRow(int32_t n, F&& f) {
   if (n & 7) f(head, n & 7);
 }
 
+}  // namespace
 }  // namespace kel

@@ -10,15 +10,6 @@ namespace {
 
 using namespace ycc444;
 
-// `tailChain`: 32-bit-lane kernels of the tail formula, for rows that are
-// all tail.
-template <Lay In, Lay Out, class Body, class Tail>
-void myRows3(const Row3& base, int srcStep, int dstStep, KeliSize roi, int body, const Chain3& chain,
-             const Chain3& tailChain = {}) {
-  forRows(roi.height, [&](int r) {
-    row3<In, Out, Body, Tail>(rowOf(base, srcStep, dstStep, r), roi.width, body, chain, tailChain);
-  });
-}
 
 // Three planes to four-byte pixels whose fourth byte is `alpha`, in body
 // and tail alike.

@@ -10,15 +10,6 @@ namespace {
 
 using namespace yuv;
 
-// The row driver of every member: rows one by one on the caller's thread.
-template <Lay In, Lay Out, class Body, class Tail>
-void myRows3(const Row3& base, int srcStep, int dstStep, KeliSize roi, int body, const Chain3& chain,
-             const Chain3& tailChain = {}) {
-  forRows(roi.height, [&](int r) {
-    row3<In, Out, Body, Tail>(rowOf(base, srcStep, dstStep, r), roi.width, body, chain, tailChain);
-  });
-}
-
 Chain3 chain(Kern3 YuvKernels::*m) { return chainFor(m, sse41::kYuvKernels, avx2::kYuvKernels); }
 
 // Body pixel counts.
