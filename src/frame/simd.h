@@ -75,6 +75,10 @@ struct V {
   }
   // The same 16 bytes in every lane.
   static v bcast(const void* p16) { return _mm_loadu_si128(static_cast<const __m128i*>(p16)); }
+  // 16 * kLanes contiguous bytes with the 8-byte quarters in the order
+  // 0, 2 | 1, 3 (one lane: as they are). Four in-lane 2:1 steps (two packs,
+  // then unpacks) on such words give results in source order per lane pair.
+  static v loadQ0213(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
 
   static v zero() { return _mm_setzero_si128(); }
   static v set8(int x) { return _mm_set1_epi8(static_cast<char>(x)); }
@@ -230,6 +234,9 @@ struct V {
   }
   static v bcast(const void* p16) {
     return _mm256_broadcastsi128_si256(_mm_loadu_si128(static_cast<const __m128i*>(p16)));
+  }
+  static v loadQ0213(const void* p) {
+    return _mm256_permute4x64_epi64(_mm256_loadu_si256(static_cast<const __m256i*>(p)), 0xD8);
   }
 
   static v zero() { return _mm256_setzero_si256(); }

@@ -126,17 +126,39 @@ struct ChromaQ {
 // ---- kernels of the packed 4:2:2 rows --------------------------------------------
 // CbYCr -> pixels, 16 pixels (32 source bytes) per lane. Packing the chroma
 // bytes of both halves gives one word per pair, Cb low and Cr high.
+// Four-byte pixels read the source in whole vectors with the quarters in the
+// order of V::loadQ0213: the chroma pack, the widening of the chroma terms
+// and the interleave of the pixel bytes then leave the pixels in row order,
+// so that the stores are whole vectors too.
 template <Pix Out, class F>
-int kernFromC2(const RowIO& io, int x, int n) {
+int kernFromC2(const RowIO& row, int x, int n) {
   constexpr int kBlock = 16 * V::kLanes;
+  // A local copy of the row pointers, which byte stores could otherwise alias.
+  const RowIO io = row;
   const V::v lo = V::set16(0x00FF);
   for (; x + kBlock <= n; x += kBlock) {
-    const V::v a = V::load<32>(io.s[0] + 2 * x), b = V::load<32>(io.s[0] + 2 * x + 16);
+    const uint8_t* s = io.s[0] + 2 * x;
+    V::v a, b;
+    if constexpr (Out == Pix::BGRA)
+      a = V::loadQ0213(s), b = V::loadQ0213(s + 16 * V::kLanes);
+    else
+      a = V::load<32>(s), b = V::load<32>(s + 16);
     const V::v c = V::packus16(V::and_(a, lo), V::and_(b, lo));
     V::v tR, tG, tB, R, G, B;
     yccChroma<F>(V::and_(c, lo), V::srli16<8>(c), tR, tG, tB);
     yccQ13Pairs<F>(V::srli16<8>(a), V::srli16<8>(b), tR, tG, tB, R, G, B);
-    storePix<Out>(io.d[0], x, R, G, B, io.alpha);
+    if constexpr (Out == Pix::BGRA) {
+      const V::v A = V::set8(io.alpha);
+      const V::v t0 = V::unpacklo8(B, G), t1 = V::unpackhi8(B, G);
+      const V::v t2 = V::unpacklo8(R, A), t3 = V::unpackhi8(R, A);
+      uint8_t* d = io.d[0] + 4 * x;
+      V::store<16>(d, V::unpacklo16(t0, t2));
+      V::store<16>(d + 16 * V::kLanes, V::unpackhi16(t0, t2));
+      V::store<16>(d + 32 * V::kLanes, V::unpacklo16(t1, t3));
+      V::store<16>(d + 48 * V::kLanes, V::unpackhi16(t1, t3));
+    } else {
+      storePix<Out>(io.d[0], x, R, G, B, io.alpha);
+    }
   }
   return x;
 }
