@@ -30,32 +30,61 @@ inline v lumaQ14(v r8, v g8, v b8) {
   return V::add16(V::add16(V::mulhr(V::srli16<1>(r8), V::set16(4899)), V::mulhr(V::srli16<1>(g8), V::set16(9617))),
                   V::mulhr(V::srli16<1>(b8), V::set16(1868)));
 }
-// The even and the odd pixels of 16 bytes per lane as 16-bit values x << 7
-// in place: no shuffle, and the 16-bit lane of a pair holds both its pixels.
-inline v even7(v c) { return V::slli16<7>(V::and_(c, V::set16(0x00FF))); }
-inline v odd7(v c) { return V::srli16<1>(V::andnot(V::set16(0x00FF), c)); }
 // Back to bytes: values 0..255 of the even and the odd pixels.
 inline v interleave8(v e, v o) { return V::or_(e, V::slli16<8>(o)); }
-inline v lumaQ14s(v r7, v g7, v b7) {  // inputs x << 7
-  return V::add16(V::add16(V::mulhr(r7, V::set16(4899)), V::mulhr(g7, V::set16(9617))), V::mulhr(b7, V::set16(1868)));
+
+// Three-byte pixels to planar bytes: the 48 bytes of a lane are read as four
+// 16-byte views of 4 whole pixels (from bytes 0, 12, 24 and, so as not to
+// read past the lane, 32), each grouped R R R R G G G G B B B B by one
+// shuffle; two rounds of unpacking gather the channels. Fewer shuffles than
+// loadC3, and no ors.
+constexpr Mask16 maskQuad(int skip) {
+  Mask16 m{};
+  for (int c = 0; c < 3; ++c)
+    for (int p = 0; p < 4; ++p) m.b[4 * c + p] = static_cast<int8_t>(skip + 3 * p + c);
+  for (int i = 12; i < 16; ++i) m.b[i] = -128;
+  return m;
 }
-int rgbC3_Q1(const SubRows& io, int x, int n) {
+inline constexpr Mask16 kQuad = maskQuad(0), kQuadLast = maskQuad(4);
+inline void loadC3q(const uint8_t* p, v& c0, v& c1, v& c2) {
+  const v m = V::bcast(kQuad.b);
+  const v q0 = V::shuffle8(V::load<48>(p), m), q1 = V::shuffle8(V::load<48>(p + 12), m);
+  const v q2 = V::shuffle8(V::load<48>(p + 24), m), q3 = V::shuffle8(V::load<48>(p + 32), V::bcast(kQuadLast.b));
+  const v lo01 = V::unpacklo32(q0, q1), lo23 = V::unpacklo32(q2, q3);
+  c0 = V::unpacklo64(lo01, lo23);
+  c1 = V::unpackhi64(lo01, lo23);
+  c2 = V::unpacklo64(V::unpackhi32(q0, q1), V::unpackhi32(q2, q3));
+}
+
+// pmaddubsw with weight 64 on the even (or odd) byte of each pair cuts the
+// even (odd) pixels out as 16-bit x << 6, and mulhr(x << 6, 2c) is
+// mulhr(x << 7, c) bit for bit: both are ((x * c >> 7) + 1) >> 1. With
+// weight 32 on both bytes it gives the pair sums << 5 the chroma needs.
+int rgbC3_Q1(const SubRows& rows, int x, int n) {
+  const SubRows io = rows;  // a local copy: byte stores cannot alias it, so its pointers stay in registers
+  const v even = V::set16(0x0040), odd = V::set16(0x4000), k32 = V::set8(32);
+  auto luma = [](v r6, v g6, v b6) {
+    return V::add16(V::add16(V::mulhr(r6, V::set16(2 * 4899)), V::mulhr(g6, V::set16(2 * 9617))),
+                    V::mulhr(b6, V::set16(2 * 1868)));
+  };
   for (; x + kBlock <= n; x += kBlock) {
-    v sy = V::zero(), sR = V::zero(), sB = V::zero();
-    for (int k = 0; k < 2; ++k) {
-      v r, g, b;
-      loadC3(io.s[k][0] + 3 * x, r, g, b);
-      const v ye = lumaQ14s(even7(r), even7(g), even7(b)), yo = lumaQ14s(odd7(r), odd7(g), odd7(b));
-      // Luma terms are 0..16320: y >> 6 needs no clip.
-      V::store<16>(io.d[k][0] + x, interleave8(V::srli16<6>(ye), V::srli16<6>(yo)));
-      sy = V::add16(sy, V::add16(ye, yo));  // below 65536 over the four pixels
-      sR = V::add16(sR, bytePairs(r)), sB = V::add16(sB, bytePairs(b));
-    }
-    const v S = V::srli16<1>(sy);
-    const v U = V::add16(V::srai16<6>(V::mulhr(V::sub16(V::slli16<5>(sB), S), V::set16(8061))), V::set16(128));
-    const v W = V::add16(V::srai16<6>(V::mulhr(V::sub16(V::slli16<5>(sR), S), V::set16(14369))), V::set16(128));
-    V::store8<8>(io.d[0][1] + x / 2, V::packus16(U, U));
-    V::store8<8>(io.d[0][2] + x / 2, V::packus16(W, W));
+    v r0, g0, b0, r1, g1, b1;
+    loadC3q(io.s[0][0] + 3 * x, r0, g0, b0);
+    loadC3q(io.s[1][0] + 3 * x, r1, g1, b1);
+    const v ye0 = luma(V::maddubs(r0, even), V::maddubs(g0, even), V::maddubs(b0, even));
+    const v yo0 = luma(V::maddubs(r0, odd), V::maddubs(g0, odd), V::maddubs(b0, odd));
+    const v ye1 = luma(V::maddubs(r1, even), V::maddubs(g1, even), V::maddubs(b1, even));
+    const v yo1 = luma(V::maddubs(r1, odd), V::maddubs(g1, odd), V::maddubs(b1, odd));
+    // Luma terms are 0..16320: y >> 6 needs no clip.
+    V::store<16>(io.d[0][0] + x, interleave8(V::srli16<6>(ye0), V::srli16<6>(yo0)));
+    V::store<16>(io.d[1][0] + x, interleave8(V::srli16<6>(ye1), V::srli16<6>(yo1)));
+    // The four terms of a block sum below 65536: unsigned, then halved.
+    const v S = V::srli16<1>(V::add16(V::add16(ye0, yo0), V::add16(ye1, yo1)));
+    const v sB = V::add16(V::maddubs(b0, k32), V::maddubs(b1, k32));  // block sums << 5
+    const v sR = V::add16(V::maddubs(r0, k32), V::maddubs(r1, k32));
+    const v U = V::add16(V::srai16<6>(V::mulhr(V::sub16(sB, S), V::set16(8061))), V::set16(128));
+    const v W = V::add16(V::srai16<6>(V::mulhr(V::sub16(sR, S), V::set16(14369))), V::set16(128));
+    V::storeHalves(io.d[0][1] + x / 2, io.d[0][2] + x / 2, V::packus16(U, W));
   }
   return x;
 }
