@@ -110,6 +110,16 @@ struct V {
   // first kLanes of those blocks, hi the rest (one lane: lo = a, hi = b).
   // Results of in-lane unpacks so become contiguous runs of bytes.
   static void interleaveLanes(v a, v b, v& lo, v& hi) { lo = a, hi = b; }
+  // 4-byte units 0 and 1 of a, then 2 and 3 of b, each picked by two bits
+  // of Imm per lane (shufps).
+  template <int Imm>
+  static v shuffle2x32(v a, v b) {
+    return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), Imm));
+  }
+  // Contiguous loads of 16 * kLanes bytes deal their 16-byte blocks to the
+  // lanes in turn; after in-lane narrowing to one 4-byte unit per block,
+  // this puts the units back in memory order (one lane: nothing to do).
+  static v zip32Lanes(v x) { return x; }
   static v packus16(v a, v b) { return _mm_packus_epi16(a, b); }
   static v packs16(v a, v b) { return _mm_packs_epi16(a, b); }
   static v packs32(v a, v b) { return _mm_packs_epi32(a, b); }
@@ -269,6 +279,11 @@ struct V {
     lo = _mm256_permute2x128_si256(a, b, 0x20);
     hi = _mm256_permute2x128_si256(a, b, 0x31);
   }
+  template <int Imm>
+  static v shuffle2x32(v a, v b) {
+    return _mm256_castps_si256(_mm256_shuffle_ps(_mm256_castsi256_ps(a), _mm256_castsi256_ps(b), Imm));
+  }
+  static v zip32Lanes(v x) { return _mm256_permutevar8x32_epi32(x, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7)); }
   static v packus16(v a, v b) { return _mm256_packus_epi16(a, b); }
   static v packs16(v a, v b) { return _mm256_packs_epi16(a, b); }
   static v packs32(v a, v b) { return _mm256_packs_epi32(a, b); }

@@ -288,28 +288,48 @@ int fwd422(const SubRows& io, int x, int n) {
 }
 
 // ---- 4:2:0 forward, form Q4 (four-byte B, G, R, X source) ----------------------
-int bgrx_Q4(const SubRows& io, int x, int n) {
-  // x << 2 of the even and the odd pixels in place (see even7).
-  auto even2 = [](v c) { return V::slli16<2>(V::and_(c, V::set16(0x00FF))); };
-  auto odd2 = [](v c) { return V::srli16<6>(V::andnot(V::set16(0x00FF), c)); };
-  auto s = [](v r, v g, v b) {
-    return V::add16(V::add16(V::mulhs(r, V::set16(9798)), V::mulhs(g, V::set16(19235))), V::mulhs(b, V::set16(3736)));
-  };
+// The pixels stay in their 4-byte slots, so nothing is transposed. A mask
+// gives the words [B, R] of each pixel and pmaddubsw the words [2G, 0];
+// mulhs(x << 2, c) is mulhu(x, 4c) for B and R and mulhu(2G, 2c) for G
+// (4 * 19235 does not fit 16 bits), and pmaddwd adds a pixel's terms into
+// S. The chroma adds [B, R] of the two rows, then the two columns of a pair
+// (even and odd 4-byte units apart); its U and V stay interleaved as words
+// until one shuffle splits them. In AVX2 the contiguous loads deal the
+// 4-pixel groups to the lanes in turn; zip32Lanes undoes that at the stores.
+inline constexpr Mask16 kSwapWords = {{2, 3, 0, 1, 6, 7, 4, 5, 10, 11, 8, 9, 14, 15, 12, 13}};
+inline constexpr Mask16 kSplitBytes = {{0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15}};
+int bgrx_Q4(const SubRows& rows, int x, int n) {
+  const SubRows io = rows;  // a local copy: byte stores cannot alias it, so its pointers stay in registers
+  const v low = V::set16(0x00FF), wG = V::set32(0x0200), ones = V::set16(1);
+  const v kBR = V::set32(static_cast<int>((39192u << 16) | 14944u)), kG = V::set32(38470);
   for (; x + kBlock <= n; x += kBlock) {
-    v sS = V::zero(), sR = V::zero(), sB = V::zero();
-    for (int k = 0; k < 2; ++k) {
-      v B, G, R, X;
-      loadC4(io.s[k][0] + 4 * x, B, G, R, X);
-      const v se = s(even2(R), even2(G), even2(B)), so = s(odd2(R), odd2(G), odd2(B));
-      // S is 0..509: S >> 1 needs no clip.
-      V::store<16>(io.d[k][0] + x, interleave8(V::srli16<1>(se), V::srli16<1>(so)));
-      sS = V::add16(sS, V::add16(se, so));
-      sR = V::add16(sR, bytePairs(R)), sB = V::add16(sB, bytePairs(B));
+    // Per half h of the lane's 16 pixels (blocks 2h, 2h + 1) both rows, so
+    // that few sums stay live; the luma bytes of a row go out at the end.
+    v s16[2][2], uv[2];
+    for (int h = 0; h < 2; ++h) {
+      v sBR[2];
+      for (int k = 0; k < 2; ++k) {
+        const uint8_t* p = io.s[k][0] + 4 * x + 32 * V::kLanes * h;
+        v s32[2];
+        for (int j = 0; j < 2; ++j) {
+          const v c = V::load<16>(p + 16 * V::kLanes * j);
+          const v br = V::and_(c, low);
+          const v t = V::add16(V::mulhu(br, kBR), V::mulhu(V::maddubs(c, wG), kG));
+          s32[j] = V::madd16(t, ones);
+          sBR[j] = k ? V::add16(sBR[j], br) : br;
+        }
+        s16[k][h] = V::packs32(s32[0], s32[1]);
+      }
+      const v half = V::srli16<1>(V::add16(V::shuffle2x32<0x88>(sBR[0], sBR[1]), V::shuffle2x32<0xDD>(sBR[0], sBR[1])));
+      const v sS = V::add16(s16[0][h], s16[1][h]);
+      const v D = V::srli16<2>(V::add16(sS, V::shuffle8(sS, V::bcast(kSwapWords.b))));  // in both words of the pair
+      uv[h] = V::add16(V::mulhs(V::sub16(half, D), V::set32((28737 << 16) | 16121)), V::set16(128));
     }
-    const v D = V::srli16<2>(sS);
-    sB = V::srli16<1>(sB), sR = V::srli16<1>(sR);
-    V::store8<8>(io.d[0][1] + x / 2, chromaOut(V::add16(V::mulhs(V::sub16(sB, D), V::set16(16121)), V::set16(128))));
-    V::store8<8>(io.d[0][2] + x / 2, chromaOut(V::add16(V::mulhs(V::sub16(sR, D), V::set16(28737)), V::set16(128))));
+    // S is 0..509: S >> 1 needs no clip.
+    for (int k = 0; k < 2; ++k)
+      V::store<16>(io.d[k][0] + x, V::zip32Lanes(V::packus16(V::srli16<1>(s16[k][0]), V::srli16<1>(s16[k][1]))));
+    const v c = V::shuffle8(V::zip32Lanes(V::packus16(uv[0], uv[1])), V::bcast(kSplitBytes.b));
+    V::storeHalves(io.d[0][1] + x / 2, io.d[0][2] + x / 2, c);
   }
   return x;
 }
