@@ -123,9 +123,31 @@ struct ChromaQ {
   }
 };
 
+// yccChroma from the chroma bytes of pairs already xor 0x80 (C - 128 as a
+// signed byte), Cb in the low and Cr in the high byte of each word. The
+// byte in the high half is (C - 128) << 8 with no further step, and for an
+// even coefficient k, mulhs(x << 8, k / 2) equals mulhs(x << 7, k); odd
+// coefficients take x << 7 by an arithmetic shift.
+template <int K>
+inline V::v mulhsC7(V::v x8) {
+  if constexpr (K % 2 == 0) return V::mulhs(x8, V::set16(K / 2));
+  else return V::mulhs(V::srai16<1>(x8), V::set16(K));
+}
+template <class F>
+inline void yccChromaSigned(V::v c, V::v& tR, V::v& tG, V::v& tB) {
+  const V::v cb8 = V::slli16<8>(c), cr8 = V::and_(c, V::set16(static_cast<int16_t>(0xFF00)));
+  tR = mulhsC7<F::cR>(cr8);
+  if constexpr (F::kGreen == Green::Negated)
+    tG = V::add16(mulhsC7<-F::cG2>(cr8), mulhsC7<-F::cG1>(cb8));
+  else
+    tG = V::sub16(V::sub16(V::zero(), mulhsC7<F::cG1>(cb8)), mulhsC7<F::cG2>(cr8));
+  tB = mulhsC7<F::cB>(cb8);
+}
+
 // ---- kernels of the packed 4:2:2 rows --------------------------------------------
 // CbYCr -> pixels, 16 pixels (32 source bytes) per lane. Packing the chroma
-// bytes of both halves gives one word per pair, Cb low and Cr high.
+// bytes of both halves gives one word per pair, Cb low and Cr high, and
+// flipping their top bits makes them the signed bytes yccChromaSigned takes.
 // Four-byte pixels read the source in whole vectors with the quarters in the
 // order of V::loadQ0213: the chroma pack, the widening of the chroma terms
 // and the interleave of the pixel bytes then leave the pixels in row order,
@@ -143,9 +165,9 @@ int kernFromC2(const RowIO& row, int x, int n) {
       a = V::loadQ0213(s), b = V::loadQ0213(s + 16 * V::kLanes);
     else
       a = V::load<32>(s), b = V::load<32>(s + 16);
-    const V::v c = V::packus16(V::and_(a, lo), V::and_(b, lo));
+    const V::v c = V::xor_(V::packus16(V::and_(a, lo), V::and_(b, lo)), V::set8(0x80));
     V::v tR, tG, tB, R, G, B;
-    yccChroma<F>(V::and_(c, lo), V::srli16<8>(c), tR, tG, tB);
+    yccChromaSigned<F>(c, tR, tG, tB);
     yccQ13Pairs<F>(V::srli16<8>(a), V::srli16<8>(b), tR, tG, tB, R, G, B);
     if constexpr (Out == Pix::BGRA) {
       const V::v A = V::set8(io.alpha);
