@@ -57,16 +57,19 @@ inline V::v yccLuma(V::v y) {
     t = V::slli16<4>(y);
   return V::add16(t, V::set16(8));
 }
+// yccChroma7 takes (Cb - 128) << 7 and (Cr - 128) << 7.
 template <class F>
-inline void yccChroma(V::v cb, V::v cr, V::v& tR, V::v& tG, V::v& tB) {
-  cb = V::slli16<7>(V::sub16(cb, V::set16(128)));
-  cr = V::slli16<7>(V::sub16(cr, V::set16(128)));
+inline void yccChroma7(V::v cb, V::v cr, V::v& tR, V::v& tG, V::v& tB) {
   tR = V::mulhs(cr, V::set16(F::cR));
   if constexpr (F::kGreen == Green::Negated)
     tG = V::add16(V::mulhs(cr, V::set16(-F::cG2)), V::mulhs(cb, V::set16(-F::cG1)));
   else
     tG = V::sub16(V::sub16(V::zero(), V::mulhs(cb, V::set16(F::cG1))), V::mulhs(cr, V::set16(F::cG2)));
   tB = V::mulhs(cb, V::set16(F::cB));
+}
+template <class F>
+inline void yccChroma(V::v cb, V::v cr, V::v& tR, V::v& tG, V::v& tB) {
+  yccChroma7<F>(V::slli16<7>(V::sub16(cb, V::set16(128))), V::slli16<7>(V::sub16(cr, V::set16(128))), tR, tG, tB);
 }
 // 16-bit results, to be packed with unsigned saturation (which is clip8).
 inline void yccSum(V::v t, V::v tR, V::v tG, V::v tB, V::v& R, V::v& G, V::v& B) {
@@ -75,12 +78,17 @@ inline void yccSum(V::v t, V::v tR, V::v tG, V::v tB, V::v& R, V::v& G, V::v& B)
 // Sixteen pixels per lane of 16-bit Y (pixels 0..7 in yl, 8..15 in yh), and
 // the chroma terms of eight chroma samples, each serving two neighbouring
 // pixels, to 8-bit R, G, B.
+// The same from the luma terms tl, th of the sixteen pixels.
+template <class F>
+inline void yccQ13PairsT(V::v tl, V::v th, V::v tR, V::v tG, V::v tB, V::v& R, V::v& G, V::v& B) {
+  V::v R0, G0, B0, R1, G1, B1;
+  yccSum(tl, V::unpacklo16(tR, tR), V::unpacklo16(tG, tG), V::unpacklo16(tB, tB), R0, G0, B0);
+  yccSum(th, V::unpackhi16(tR, tR), V::unpackhi16(tG, tG), V::unpackhi16(tB, tB), R1, G1, B1);
+  R = V::packus16(R0, R1), G = V::packus16(G0, G1), B = V::packus16(B0, B1);
+}
 template <class F>
 inline void yccQ13Pairs(V::v yl, V::v yh, V::v tR, V::v tG, V::v tB, V::v& R, V::v& G, V::v& B) {
-  V::v R0, G0, B0, R1, G1, B1;
-  yccSum(yccLuma<F>(yl), V::unpacklo16(tR, tR), V::unpacklo16(tG, tG), V::unpacklo16(tB, tB), R0, G0, B0);
-  yccSum(yccLuma<F>(yh), V::unpackhi16(tR, tR), V::unpackhi16(tG, tG), V::unpackhi16(tB, tB), R1, G1, B1);
-  R = V::packus16(R0, R1), G = V::packus16(G0, G1), B = V::packus16(B0, B1);
+  yccQ13PairsT<F>(yccLuma<F>(yl), yccLuma<F>(yh), tR, tG, tB, R, G, B);
 }
 // Sixteen pixels per lane of 8-bit Y, Cb, Cr to 8-bit R, G, B.
 template <class F>
@@ -123,25 +131,23 @@ struct ChromaQ {
   }
 };
 
-// yccChroma from the chroma bytes of pairs already xor 0x80 (C - 128 as a
-// signed byte), Cb in the low and Cr in the high byte of each word. The
-// byte in the high half is (C - 128) << 8 with no further step, and for an
-// even coefficient k, mulhs(x << 8, k / 2) equals mulhs(x << 7, k); odd
-// coefficients take x << 7 by an arithmetic shift.
-template <int K>
-inline V::v mulhsC7(V::v x8) {
-  if constexpr (K % 2 == 0) return V::mulhs(x8, V::set16(K / 2));
-  else return V::mulhs(V::srai16<1>(x8), V::set16(K));
+// The packed 4:2:2 kernel works on words of (chroma, luma) byte pairs, and
+// pmaddubsw by a constant picks one byte of each word already scaled:
+// yccLuma of the high bytes (for studio luma, mulhs((Y - 16) << 6, 2 * 9535)
+// is mulhs((Y - 16) << 7, 9535) bit for bit), and the chroma << 7 of words
+// whose bytes are C - 128 as signed bytes (Cb low, Cr high).
+template <class F>
+inline V::v yccLumaHigh(V::v w) {
+  V::v t;
+  if constexpr (std::is_same_v<typename F::L, LumaStudio>)
+    t = V::mulhs(V::sub16(V::maddubs(w, V::set16(64 << 8)), V::set16(16 << 6)), V::set16(2 * 9535));
+  else
+    t = V::maddubs(w, V::set16(16 << 8));
+  return V::add16(t, V::set16(8));
 }
 template <class F>
 inline void yccChromaSigned(V::v c, V::v& tR, V::v& tG, V::v& tB) {
-  const V::v cb8 = V::slli16<8>(c), cr8 = V::and_(c, V::set16(static_cast<int16_t>(0xFF00)));
-  tR = mulhsC7<F::cR>(cr8);
-  if constexpr (F::kGreen == Green::Negated)
-    tG = V::add16(mulhsC7<-F::cG2>(cr8), mulhsC7<-F::cG1>(cb8));
-  else
-    tG = V::sub16(V::sub16(V::zero(), mulhsC7<F::cG1>(cb8)), mulhsC7<F::cG2>(cr8));
-  tB = mulhsC7<F::cB>(cb8);
+  yccChroma7<F>(V::maddubs(V::set16(0x0080), c), V::maddubs(V::set16(0x8000), c), tR, tG, tB);
 }
 
 // ---- kernels of the packed 4:2:2 rows --------------------------------------------
@@ -168,7 +174,7 @@ int kernFromC2(const RowIO& row, int x, int n) {
     const V::v c = V::xor_(V::packus16(V::and_(a, lo), V::and_(b, lo)), V::set8(0x80));
     V::v tR, tG, tB, R, G, B;
     yccChromaSigned<F>(c, tR, tG, tB);
-    yccQ13Pairs<F>(V::srli16<8>(a), V::srli16<8>(b), tR, tG, tB, R, G, B);
+    yccQ13PairsT<F>(yccLumaHigh<F>(a), yccLumaHigh<F>(b), tR, tG, tB, R, G, B);
     if constexpr (Out == Pix::BGRA) {
       const V::v A = V::set8(io.alpha);
       const V::v t0 = V::unpacklo8(B, G), t1 = V::unpackhi8(B, G);
