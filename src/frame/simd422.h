@@ -75,10 +75,9 @@ inline void yccChroma(V::v cb, V::v cr, V::v& tR, V::v& tG, V::v& tB) {
 inline void yccSum(V::v t, V::v tR, V::v tG, V::v tB, V::v& R, V::v& G, V::v& B) {
   R = V::srai16<4>(V::add16(t, tR)), G = V::srai16<4>(V::add16(t, tG)), B = V::srai16<4>(V::add16(t, tB));
 }
-// Sixteen pixels per lane of 16-bit Y (pixels 0..7 in yl, 8..15 in yh), and
-// the chroma terms of eight chroma samples, each serving two neighbouring
-// pixels, to 8-bit R, G, B.
-// The same from the luma terms tl, th of the sixteen pixels.
+// Sixteen pixels per lane as their luma terms (yccLuma; pixels 0..7 in tl,
+// 8..15 in th), and the chroma terms of eight chroma samples, each serving
+// two neighbouring pixels, to 8-bit R, G, B.
 template <class F>
 inline void yccQ13PairsT(V::v tl, V::v th, V::v tR, V::v tG, V::v tB, V::v& R, V::v& G, V::v& B) {
   V::v R0, G0, B0, R1, G1, B1;
@@ -86,6 +85,7 @@ inline void yccQ13PairsT(V::v tl, V::v th, V::v tR, V::v tG, V::v tB, V::v& R, V
   yccSum(th, V::unpackhi16(tR, tR), V::unpackhi16(tG, tG), V::unpackhi16(tB, tB), R1, G1, B1);
   R = V::packus16(R0, R1), G = V::packus16(G0, G1), B = V::packus16(B0, B1);
 }
+// The same from 16-bit Y.
 template <class F>
 inline void yccQ13Pairs(V::v yl, V::v yh, V::v tR, V::v tG, V::v tB, V::v& R, V::v& G, V::v& B) {
   yccQ13PairsT<F>(yccLuma<F>(yl), yccLuma<F>(yh), tR, tG, tB, R, G, B);
