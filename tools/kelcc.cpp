@@ -26,7 +26,9 @@ namespace {
 int usage() {
   std::fprintf(stderr,
                "usage: kelcc demo [DIR]\n"
-               "       kelcc convert IN OUT [--size WxH] [--format F | --from F --to G]\n"
+               "       kelcc convert IN OUT [--size WxH] [--format F | --from F --to G]\n");
+  for (const Command& c : commands()) std::fprintf(stderr, "       kelcc %s %s\n", c.name.c_str(), c.usage.c_str());
+  std::fprintf(stderr,
                "       kelcc formats\n"
                "       kelcc version\n");
   return 2;
@@ -193,6 +195,8 @@ int main(int argc, char** argv) {
   const std::string cmd = argv[1];
   if (cmd == "demo") return demo(argc > 2 ? argv[2] : ".");
   if (cmd == "convert") return convert(argc - 2, argv + 2);
+  for (const Command& c : commands())
+    if (cmd == c.name) return c.run(argc - 2, argv + 2);
   if (cmd == "version") {
     const KelLibraryVersion* v = kelccGetLibVersion();
     std::printf("%s %d.%d build %d.%d (%s), %s\n", v->Name, v->major, v->minor, v->majorBuild, v->build, v->targetCpu,

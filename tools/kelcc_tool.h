@@ -51,7 +51,16 @@ struct RawConverter {
   KelStatus (*convert)(const uint8_t* raw, int w, int h, std::vector<uint8_t>& out);
 };
 
+// A command of its own (`kelcc gamma ...`), added by a family's tool file.
+// `run` gets the arguments after the command name and returns the exit code.
+struct Command {
+  std::string name;
+  std::string usage;  // one line: the arguments, e.g. "IN.png OUT.png --gamma fwd|inv"
+  int (*run)(int argc, char** argv);
+};
+
 std::vector<DemoStep>& demoSteps();
+std::vector<Command>& commands();
 std::vector<RawFormat>& rawFormats();
 std::vector<RawConverter>& rawConverters();
 
@@ -59,10 +68,12 @@ struct Registrar {
   explicit Registrar(DemoStep s) { demoSteps().push_back(std::move(s)); }
   explicit Registrar(RawFormat f) { rawFormats().push_back(std::move(f)); }
   explicit Registrar(RawConverter c) { rawConverters().push_back(std::move(c)); }
+  explicit Registrar(Command c) { commands().push_back(std::move(c)); }
 };
 #define KELCC_CAT2(a, b) a##b
 #define KELCC_CAT(a, b) KELCC_CAT2(a, b)
-// KELCC_TOOL_REGISTER(tool::DemoStep{...}), (tool::RawFormat{...}) or (tool::RawConverter{...})
+// KELCC_TOOL_REGISTER(tool::DemoStep{...}), (tool::RawFormat{...}), (tool::RawConverter{...})
+// or (tool::Command{...})
 #define KELCC_TOOL_REGISTER(...) static ::tool::Registrar KELCC_CAT(toolReg_, __LINE__)(__VA_ARGS__)
 
 // Picture I/O (PNG via libpng, binary PPM).

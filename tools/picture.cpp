@@ -22,6 +22,10 @@ std::vector<RawConverter>& rawConverters() {
   static std::vector<RawConverter> v;
   return v;
 }
+std::vector<Command>& commands() {
+  static std::vector<Command> v;
+  return v;
+}
 
 // Four bands: 75% colour bars; grey and primary ramps; a zone plate; skin
 // tones with soft shading. Every band is generated, nothing is loaded.

@@ -7,22 +7,54 @@
 #include <atomic>
 #include <cstdlib>
 
+#ifdef KELCORE_TEST_HOOKS
+#include "core/core_test.h"
+#endif
+
 namespace {
 // 0 means "not set": the OpenMP default applies.
 std::atomic<int> g_threads{0};
+
+#ifdef KELCORE_TEST_HOOKS
+// Allocation failure injection of the test build: the countdown reaches 0 at
+// the allocation that is to fail; below 0 it is off.
+std::atomic<long> g_failIn{-1};
+std::atomic<long> g_allocs{0};
+std::atomic<long> g_live{0};
+#endif
 }  // namespace
+
+#ifdef KELCORE_TEST_HOOKS
+namespace kelcore_test {
+void failAllocation(long n) { g_failIn.store(n >= 1 ? n : -1); }
+long allocations() { return g_allocs.load(); }
+long liveBlocks() { return g_live.load(); }
+}  // namespace kelcore_test
+#endif
 
 extern "C" {
 
 void* kelMalloc(size_t size) {
   if (size == 0) return nullptr;
+#ifdef KELCORE_TEST_HOOKS
+  g_allocs.fetch_add(1);
+  if (g_failIn.load() > 0 && g_failIn.fetch_sub(1) == 1) return nullptr;
+#endif
   void* p = nullptr;
   // 64 bytes: a cache line, and enough for aligned AVX-512 loads.
   if (posix_memalign(&p, 64, size) != 0) return nullptr;
+#ifdef KELCORE_TEST_HOOKS
+  g_live.fetch_add(1);
+#endif
   return p;
 }
 
-void kelFree(void* ptr) { std::free(ptr); }
+void kelFree(void* ptr) {
+#ifdef KELCORE_TEST_HOOKS
+  if (ptr) g_live.fetch_sub(1);
+#endif
+  std::free(ptr);
+}
 
 int kelGetMaxCacheSizeB(int* size) {
   if (!size) return -1;
