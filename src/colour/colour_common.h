@@ -51,6 +51,21 @@ inline int16_t out16sWrap(int32_t v) { return static_cast<int16_t>(static_cast<u
 // scalar definitions use the same instruction so that no path can differ.
 inline int32_t truncF(float x) { return _mm_cvtt_ss2si(_mm_set_ss(x)); }
 
+// To nearest, ties to even (the default rounding mode), with the same
+// integer indefinite as truncF; as cvtps2dq gives it.
+inline int32_t roundF(float x) { return _mm_cvt_ss2si(_mm_set_ss(x)); }
+
+// ---- reciprocals ----------------------------------------------------------
+// arcp: the processor's approximate reciprocal (rcpss), unrefined. Every path
+// uses the same 128/256-bit instruction (never the 14-bit AVX-512 form), so
+// scalar and vector results agree bit for bit on one processor.
+inline float arcp(float a) { return _mm_cvtss_f32(_mm_rcp_ss(_mm_set_ss(a))); }
+// nrcp: arcp refined once, in this order: (r + r) - ((a * r) * r).
+inline float nrcp(float a) {
+  const float r = arcp(a);
+  return (r + r) - ((a * r) * r);
+}
+
 // Limits of the float forms: the lower bound first, then the upper; a NaN
 // passes through unchanged (the vector max/min are ordered to match).
 inline float limit01(float v) {

@@ -62,6 +62,8 @@ struct F {
   static f movehl(f a, f b) { return _mm_movehl_ps(a, b); }
 
   static i cvtt(f a) { return _mm_cvttps_epi32(a); }  // toward zero; INT32_MIN if out of range
+  static i cvtn(f a) { return _mm_cvtps_epi32(a); }   // to nearest even; INT32_MIN if out of range
+  static f rcp(f a) { return _mm_rcp_ps(a); }         // arcp: the approximate reciprocal, unrefined
   static f cvt(i a) { return _mm_cvtepi32_ps(a); }
   static f asf(i a) { return _mm_castsi128_ps(a); }
   static i asi(f a) { return _mm_castps_si128(a); }
@@ -132,6 +134,8 @@ struct F {
   }
 
   static i cvtt(f a) { return _mm256_cvttps_epi32(a); }
+  static i cvtn(f a) { return _mm256_cvtps_epi32(a); }
+  static f rcp(f a) { return _mm256_rcp_ps(a); }  // the same bits as rcpps on each half
   static f cvt(i a) { return _mm256_cvtepi32_ps(a); }
   static f asf(i a) { return _mm256_castsi256_ps(a); }
   static i asi(f a) { return _mm256_castps_si256(a); }
