@@ -2,6 +2,10 @@
 
 #include <sys/mman.h>
 #include <unistd.h>
+#include <xmmintrin.h>
+
+#include <cerrno>
+#include <thread>
 
 #include <algorithm>
 #include <cstring>
@@ -226,7 +230,16 @@ Images makeImages(const Member& m, KeliSize roi, std::mt19937& rng, bool randomS
 
 KelStatus run(const Member& m, Images& im, KeliSize roi) {
   Call c(im.srcPtrs(), im.dstPtrs(), roi);
-  return m.call(c);
+  // The caller's floating-point controls (rounding mode, exception masks,
+  // flush-to-zero) and errno survive every call; the sticky exception flags
+  // (the low six bits) are the arithmetic's to raise.
+  const unsigned csr = _mm_getcsr();
+  errno = 4321;
+  const KelStatus st = m.call(c);
+  EXPECT_EQ(_mm_getcsr() & ~0x3Fu, csr & ~0x3Fu) << m.name << " changed the caller's MXCSR";
+  EXPECT_EQ(errno, 4321) << m.name << " changed errno";
+  _mm_setcsr(csr);
+  return st;
 }
 
 std::vector<kel::Isa> paths() {
@@ -399,6 +412,46 @@ void checkThreads(const Member& m, std::vector<KeliSize> sizes) {
       else EXPECT_TRUE(out == ref) << m.name << " differs with " << n << " threads at " << roi.width << "x" << roi.height;
     }
   }
+}
+
+std::vector<MemberList>& memberLists() {
+  static std::vector<MemberList> v;
+  return v;
+}
+std::vector<Member> registeredMembers() {
+  std::vector<Member> all;
+  for (const MemberList& f : memberLists())
+    for (Member& m : f()) all.push_back(std::move(m));
+  return all;
+}
+
+void checkCallers(const Member& m) {
+  // Above the 4096-pixel threshold of the row-parallel families, so that
+  // every caller opens its own team.
+  const KeliSize roi{std::max(m.minW, 133), std::max(m.minH, 37)};
+  constexpr int kCallers = 8;
+  auto once = [&](std::vector<std::vector<uint8_t>>& out) {
+    Images im = makeImages(m, roi, StepMode::Padded, 3, 777);
+    const KelStatus st = run(m, im, roi);
+    for (auto& p : im.dst) out.push_back(p->region());
+    return st;
+  };
+  std::vector<std::vector<uint8_t>> ref;
+  const KelStatus want = once(ref);
+  std::vector<std::vector<std::vector<uint8_t>>> got(kCallers);
+  std::vector<KelStatus> st(kCallers);
+  std::vector<std::thread> ts;
+  for (int t = 0; t < kCallers; ++t) ts.emplace_back([&, t] { st[t] = once(got[t]); });
+  for (auto& t : ts) t.join();
+  for (int t = 0; t < kCallers; ++t) {
+    EXPECT_EQ(st[t], want) << m.name << " caller " << t;
+    EXPECT_TRUE(got[t] == ref) << m.name << " caller " << t << " differs from a serial call";
+  }
+}
+
+// Every registered member, every caller at once.
+TEST(Members, CallersOnManyThreadsAtOnce) {
+  for (const Member& m : registeredMembers()) checkCallers(m);
 }
 
 void checkAll(const std::vector<Member>& members) {

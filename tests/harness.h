@@ -224,4 +224,22 @@ std::vector<kel::Isa> paths();
 // Runs all generic checks on every member of a table.
 void checkAll(const std::vector<Member>& members);
 
+// ---- the members of a test program ---------------------------------------------
+// Each family's test file registers its member table once (KT_MEMBERS); the
+// checks that span families (callers on many threads at once, the fuzzer)
+// take the members from here.
+using MemberList = std::function<std::vector<Member>()>;
+std::vector<MemberList>& memberLists();
+std::vector<Member> registeredMembers();
+struct MemberListRegistrar {
+  explicit MemberListRegistrar(MemberList f) { memberLists().push_back(std::move(f)); }
+};
+#define KT_CAT2(a, b) a##b
+#define KT_CAT(a, b) KT_CAT2(a, b)
+#define KT_MEMBERS(fn) static ::kt::MemberListRegistrar KT_CAT(ktMembers_, __LINE__)(fn)
+
+// Eight threads call the member at once on images of their own: each gets
+// the bytes of a serial call.
+void checkCallers(const Member& m);
+
 }  // namespace kt
