@@ -49,7 +49,11 @@ struct ToPixels {
 };
 
 // The row routine: body [0, body) by the kernels of the active path and then
-// the scalar body form, tail [body, w) by the tail form.
+// the scalar body form, tail [body, w) by the tail form. One vector loop
+// serves aligned and unaligned rows alike: its unaligned loads and stores
+// cost nothing extra on aligned addresses and give the same bytes. Stores
+// are ordinary ones, not streaming: the planes of a frame are read again
+// soon by the caller, usually from cache.
 template <class BodyPx, class TailPx>
 void innerYCoCg(const YcocgRow& io, int w, int body, const Chain<YcocgKern>& chain) {
   int x = runChain(chain, io, 0, body);
