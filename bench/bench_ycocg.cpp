@@ -51,8 +51,7 @@ void registerYcocg() {
   addMemcpy("YCoCgToRGB_8u_P3C3R", 3 * px, 3 * px);
 
   // Signed 16-bit pixels and 16- or 32-bit planes.
-  add("SBGRToYCoCg_16s_C3P3R", "kel", 12 * px,
-      [=] { keliSBGRToYCoCg_16s_C3P3R(s16p(), 6 * kW, d16p, step16, kRoi); });
+  add("SBGRToYCoCg_16s_C3P3R", "kel", 12 * px, [=] { keliSBGRToYCoCg_16s_C3P3R(s16p(), 6 * kW, d16p, step16, kRoi); });
   addMemcpy("SBGRToYCoCg_16s_C3P3R", 6 * px, 6 * px);
   add("SBGRToYCoCg_Rev_16s_C3P3R", "kel", 12 * px,
       [=] { keliSBGRToYCoCg_Rev_16s_C3P3R(s16p(), 6 * kW, d16p, step16, kRoi); });

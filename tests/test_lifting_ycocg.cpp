@@ -1,6 +1,7 @@
 // YCoCg lifting transforms: 26 members, plain and reversible.
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <random>
 
 #include "harness.h"
@@ -39,17 +40,15 @@ const Q* const* srcPlanes(Call& c) {
 }
 template <class Q, class P>
 Member inv(const char* name, InvFn<Q, P> f) {
-  Member m = base<P, Q>(name, planes3(sizeof(Q)), {full(3 * int(sizeof(P)))}, [f](Call& c) {
-    return f(srcPlanes<Q, P>(c), c.ss(0), c.dT<P>(0), c.ds(0), c.roi());
-  });
+  Member m = base<P, Q>(name, planes3(sizeof(Q)), {full(3 * int(sizeof(P)))},
+                        [f](Call& c) { return f(srcPlanes<Q, P>(c), c.ss(0), c.dT<P>(0), c.ds(0), c.roi()); });
   m.sharedSrcStep = true;
   return m;
 }
 template <class Q, class P>
 Member invA(const char* name, InvFnA<Q, P> f) {
-  Member m = base<P, Q>(name, planes3(sizeof(Q)), {full(4 * int(sizeof(P)))}, [f](Call& c) {
-    return f(srcPlanes<Q, P>(c), c.ss(0), c.dT<P>(0), c.ds(0), c.roi(), P(-91));
-  });
+  Member m = base<P, Q>(name, planes3(sizeof(Q)), {full(4 * int(sizeof(P)))},
+                        [f](Call& c) { return f(srcPlanes<Q, P>(c), c.ss(0), c.dT<P>(0), c.ds(0), c.roi(), P(-91)); });
   m.sharedSrcStep = true;
   return m;
 }
@@ -59,20 +58,32 @@ Member invA(const char* name, InvFnA<Q, P> f) {
 #define KT_IA(n, Q, P) invA<Q, P>(#n, n)
 
 std::vector<Member> members() {
-  return {KT_F(keliBGRToYCoCg_8u16s_C3P3R, Kel8u, Kel16s, 3),     KT_F(keliBGRToYCoCg_8u16s_C4P3R, Kel8u, Kel16s, 4),
-          KT_F(keliBGRToYCoCg_Rev_8u16s_C3P3R, Kel8u, Kel16s, 3), KT_F(keliBGRToYCoCg_Rev_8u16s_C4P3R, Kel8u, Kel16s, 4),
-          KT_I(keliYCoCgToBGR_16s8u_P3C3R, Kel16s, Kel8u),        KT_IA(keliYCoCgToBGR_16s8u_P3C4R, Kel16s, Kel8u),
-          KT_I(keliYCoCgToBGR_Rev_16s8u_P3C3R, Kel16s, Kel8u),    KT_IA(keliYCoCgToBGR_Rev_16s8u_P3C4R, Kel16s, Kel8u),
-          KT_F(keliSBGRToYCoCg_16s_C3P3R, Kel16s, Kel16s, 3),     KT_F(keliSBGRToYCoCg_16s_C4P3R, Kel16s, Kel16s, 4),
-          KT_F(keliSBGRToYCoCg_Rev_16s_C3P3R, Kel16s, Kel16s, 3), KT_F(keliSBGRToYCoCg_Rev_16s_C4P3R, Kel16s, Kel16s, 4),
-          KT_I(keliYCoCgToSBGR_16s_P3C3R, Kel16s, Kel16s),        KT_IA(keliYCoCgToSBGR_16s_P3C4R, Kel16s, Kel16s),
-          KT_I(keliYCoCgToSBGR_Rev_16s_P3C3R, Kel16s, Kel16s),    KT_IA(keliYCoCgToSBGR_Rev_16s_P3C4R, Kel16s, Kel16s),
-          KT_F(keliSBGRToYCoCg_16s32s_C3P3R, Kel16s, Kel32s, 3),  KT_F(keliSBGRToYCoCg_16s32s_C4P3R, Kel16s, Kel32s, 4),
+  return {KT_F(keliBGRToYCoCg_8u16s_C3P3R, Kel8u, Kel16s, 3),
+          KT_F(keliBGRToYCoCg_8u16s_C4P3R, Kel8u, Kel16s, 4),
+          KT_F(keliBGRToYCoCg_Rev_8u16s_C3P3R, Kel8u, Kel16s, 3),
+          KT_F(keliBGRToYCoCg_Rev_8u16s_C4P3R, Kel8u, Kel16s, 4),
+          KT_I(keliYCoCgToBGR_16s8u_P3C3R, Kel16s, Kel8u),
+          KT_IA(keliYCoCgToBGR_16s8u_P3C4R, Kel16s, Kel8u),
+          KT_I(keliYCoCgToBGR_Rev_16s8u_P3C3R, Kel16s, Kel8u),
+          KT_IA(keliYCoCgToBGR_Rev_16s8u_P3C4R, Kel16s, Kel8u),
+          KT_F(keliSBGRToYCoCg_16s_C3P3R, Kel16s, Kel16s, 3),
+          KT_F(keliSBGRToYCoCg_16s_C4P3R, Kel16s, Kel16s, 4),
+          KT_F(keliSBGRToYCoCg_Rev_16s_C3P3R, Kel16s, Kel16s, 3),
+          KT_F(keliSBGRToYCoCg_Rev_16s_C4P3R, Kel16s, Kel16s, 4),
+          KT_I(keliYCoCgToSBGR_16s_P3C3R, Kel16s, Kel16s),
+          KT_IA(keliYCoCgToSBGR_16s_P3C4R, Kel16s, Kel16s),
+          KT_I(keliYCoCgToSBGR_Rev_16s_P3C3R, Kel16s, Kel16s),
+          KT_IA(keliYCoCgToSBGR_Rev_16s_P3C4R, Kel16s, Kel16s),
+          KT_F(keliSBGRToYCoCg_16s32s_C3P3R, Kel16s, Kel32s, 3),
+          KT_F(keliSBGRToYCoCg_16s32s_C4P3R, Kel16s, Kel32s, 4),
           KT_F(keliSBGRToYCoCg_Rev_16s32s_C3P3R, Kel16s, Kel32s, 3),
           KT_F(keliSBGRToYCoCg_Rev_16s32s_C4P3R, Kel16s, Kel32s, 4),
-          KT_I(keliYCoCgToSBGR_32s16s_P3C3R, Kel32s, Kel16s),     KT_IA(keliYCoCgToSBGR_32s16s_P3C4R, Kel32s, Kel16s),
-          KT_I(keliYCoCgToSBGR_Rev_32s16s_P3C3R, Kel32s, Kel16s), KT_IA(keliYCoCgToSBGR_Rev_32s16s_P3C4R, Kel32s, Kel16s),
-          KT_F(keliRGBToYCoCg_8u_C3P3R, Kel8u, Kel8u, 3),         KT_I(keliYCoCgToRGB_8u_P3C3R, Kel8u, Kel8u)};
+          KT_I(keliYCoCgToSBGR_32s16s_P3C3R, Kel32s, Kel16s),
+          KT_IA(keliYCoCgToSBGR_32s16s_P3C4R, Kel32s, Kel16s),
+          KT_I(keliYCoCgToSBGR_Rev_32s16s_P3C3R, Kel32s, Kel16s),
+          KT_IA(keliYCoCgToSBGR_Rev_32s16s_P3C4R, Kel32s, Kel16s),
+          KT_F(keliRGBToYCoCg_8u_C3P3R, Kel8u, Kel8u, 3),
+          KT_I(keliYCoCgToRGB_8u_P3C3R, Kel8u, Kel8u)};
 }
 
 // ---- one row through a member, pixels given as three samples each -----------
@@ -128,9 +139,9 @@ TEST(LiftingYCoCg, StatedValues) {
     P8 bgr;
     S3 plain, rev;
   } cases[] = {
-      {{10, 20, 33}, {21, 12, -1}, {20, 23, -1}},         {{255, 255, 255}, {255, 0, 0}, {255, 0, 0}},
-      {{0, 255, 0}, {128, 0, 128}, {127, 0, 255}},        {{255, 0, 0}, {64, -127, -64}, {63, -255, -127}},
-      {{0, 0, 255}, {64, 128, -64}, {63, 255, -127}},     {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}},
+      {{10, 20, 33}, {21, 12, -1}, {20, 23, -1}},     {{255, 255, 255}, {255, 0, 0}, {255, 0, 0}},
+      {{0, 255, 0}, {128, 0, 128}, {127, 0, 255}},    {{255, 0, 0}, {64, -127, -64}, {63, -255, -127}},
+      {{0, 0, 255}, {64, 128, -64}, {63, 255, -127}}, {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}},
   };
   for (const auto& c : cases) {
     for (const S3& o : fwdBoth(keliBGRToYCoCg_8u16s_C3P3R, c.bgr)) EXPECT_EQ(o, c.plain);
@@ -139,8 +150,7 @@ TEST(LiftingYCoCg, StatedValues) {
     const S3 s = {c.bgr[0], c.bgr[1], c.bgr[2]};
     for (const S3& o : fwdBoth(keliSBGRToYCoCg_16s_C3P3R, s)) EXPECT_EQ(o, c.plain);
     for (const S3& o : fwdBoth(keliSBGRToYCoCg_Rev_16s_C3P3R, s)) EXPECT_EQ(o, c.rev);
-    for (const I3& o : fwdBoth(keliSBGRToYCoCg_Rev_16s32s_C3P3R, s))
-      EXPECT_EQ(o, (I3{c.rev[0], c.rev[1], c.rev[2]}));
+    for (const I3& o : fwdBoth(keliSBGRToYCoCg_Rev_16s32s_C3P3R, s)) EXPECT_EQ(o, (I3{c.rev[0], c.rev[1], c.rev[2]}));
     EXPECT_EQ(toPixels(keliYCoCgToBGR_Rev_16s8u_P3C3R, {c.rev})[0], c.bgr);
   }
   // The plain pair loses a bit: (10, 20, 33) comes back with R one off.
@@ -157,7 +167,7 @@ TEST(LiftingYCoCg, StatedValues) {
 TEST(LiftingYCoCg, RgbPairValues) {
   const struct {
     P8 rgb, ycocg;
-  } cases[] = {{{255, 0, 0}, {64, 255, 64}},    {{0, 255, 0}, {128, 128, 255}}, {{0, 0, 255}, {64, 1, 64}},
+  } cases[] = {{{255, 0, 0}, {64, 255, 64}},       {{0, 255, 0}, {128, 128, 255}}, {{0, 0, 255}, {64, 1, 64}},
                {{255, 255, 255}, {255, 128, 128}}, {{33, 20, 10}, {21, 140, 127}}, {{0, 0, 0}, {0, 128, 128}}};
   for (const auto& c : cases) {
     const auto row = toPlanes(keliRGBToYCoCg_8u_C3P3R, 3, std::vector<P8>(40, c.rgb));
@@ -173,20 +183,22 @@ TEST(LiftingYCoCg, RgbPairValues) {
 // w & ~3) and wraps in tail pixels; 16s32s keeps it.
 TEST(LiftingYCoCg, Plain16sBodySaturatesTailWraps) {
   const S3 redVsBlue = {-32768, 0, 32767}, greenVsRest = {-32768, 32767, -32768};
-  for (int w : {1, 3, 4, 5, 7, 8, 9, 15, 16, 17, 19, 33, 70}) {
-    for (auto f : {keliSBGRToYCoCg_16s_C3P3R, keliSBGRToYCoCg_16s_C4P3R}) {
-      const int ch = f == keliSBGRToYCoCg_16s_C3P3R ? 3 : 4;
-      const auto a = toPlanes(f, ch, std::vector<S3>(w, redVsBlue));
-      const auto b = toPlanes(f, ch, std::vector<S3>(w, greenVsRest));
-      for (int x = 0; x < w; ++x) {
-        const bool body = x < (w & ~3);
-        ASSERT_EQ(a[x][1], body ? 32767 : -32768) << "width " << w << " column " << x;
-        ASSERT_EQ(b[x][2], body ? 32767 : -32768) << "width " << w << " column " << x;
-        ASSERT_EQ(a[x][0], 0);
+  for (kel::Isa isa : paths())
+    for (int w : {1, 3, 4, 5, 7, 8, 9, 15, 16, 17, 19, 33, 70}) {
+      IsaScope scope(isa);
+      for (auto f : {keliSBGRToYCoCg_16s_C3P3R, keliSBGRToYCoCg_16s_C4P3R}) {
+        const int ch = f == keliSBGRToYCoCg_16s_C3P3R ? 3 : 4;
+        const auto a = toPlanes(f, ch, std::vector<S3>(w, redVsBlue));
+        const auto b = toPlanes(f, ch, std::vector<S3>(w, greenVsRest));
+        for (int x = 0; x < w; ++x) {
+          const bool body = x < (w & ~3);
+          ASSERT_EQ(a[x][1], body ? 32767 : -32768) << "width " << w << " column " << x;
+          ASSERT_EQ(b[x][2], body ? 32767 : -32768) << "width " << w << " column " << x;
+          ASSERT_EQ(a[x][0], 0);
+        }
       }
+      EXPECT_EQ(toPlanes(keliSBGRToYCoCg_16s32s_C3P3R, 3, std::vector<S3>(w, redVsBlue))[0][1], 32768);
     }
-    EXPECT_EQ(toPlanes(keliSBGRToYCoCg_16s32s_C3P3R, 3, std::vector<S3>(w, redVsBlue))[0][1], 32768);
-  }
 }
 
 // The reversible forms restore every input: all 2^24 colours at 8 bits.
@@ -263,4 +275,31 @@ TEST(LiftingYCoCg, EmptySizesTouchNothing) {
       EXPECT_EQ(m.call(c), kelStatusOk) << m.name;
       for (auto& p : im.dst) EXPECT_TRUE(p->allIntact()) << m.name;
     }
+}
+
+// Steps are bytes as they stand: a step that is no multiple of the sample
+// size puts rows off sample boundaries, and they convert as any other row.
+TEST(LiftingYCoCg, OddByteStepsAndAddresses) {
+  const int w = 21, h = 3, sStep = 6 * w + 3, dStep = 2 * w + 1;
+  std::vector<uint8_t> src(1 + size_t(sStep) * h), dst(3 + 3 * size_t(dStep) * h, 0);
+  std::mt19937 rng(3);
+  for (auto& b : src) b = uint8_t(rng());
+  for (kel::Isa isa : paths()) {
+    IsaScope scope(isa);
+    Kel16s* d[3];
+    for (int k = 0; k < 3; ++k) d[k] = reinterpret_cast<Kel16s*>(dst.data() + 3 + size_t(k) * dStep * h);
+    ASSERT_EQ(keliSBGRToYCoCg_Rev_16s_C3P3R(reinterpret_cast<const Kel16s*>(src.data() + 1), sStep, d, dStep, {w, h}),
+              kelStatusOk);
+    for (int r = 0; r < h; ++r) {
+      std::vector<S3> px(w);
+      std::memcpy(px.data(), src.data() + 1 + size_t(r) * sStep, sizeof(S3) * w);
+      const auto want = toPlanes(keliSBGRToYCoCg_Rev_16s_C3P3R, 3, px);
+      for (int x = 0; x < w; ++x)
+        for (int k = 0; k < 3; ++k) {
+          Kel16s got;
+          std::memcpy(&got, reinterpret_cast<const uint8_t*>(d[k]) + size_t(r) * dStep + 2 * x, 2);
+          ASSERT_EQ(got, want[x][k]) << "row " << r << " column " << x << " plane " << k;
+        }
+    }
+  }
 }

@@ -4,6 +4,8 @@
 // allocated.
 #include "lifting/ycocg.h"
 
+#include <type_traits>
+
 #include "frame/checks.h"
 #include "frame/rows.h"
 
@@ -91,10 +93,10 @@ KelStatus forward(const P* src, int srcStep, Q* const dst[3], int dstStep, KeliS
   if (nothingToDo(roi)) return kelStatusOk;
   using Body = ToPlanes<P, Ch, Q, Form, Out>;
   using Tail = ToPlanes<P, Ch, Q, Form, typename std::conditional<Split, Low16, Out>::type>;
-  const YcocgRow io{{reinterpret_cast<const uint8_t*>(src)},
-                    {reinterpret_cast<uint8_t*>(dst[0]), reinterpret_cast<uint8_t*>(dst[1]),
-                     reinterpret_cast<uint8_t*>(dst[2])},
-                    0};
+  const YcocgRow io{
+      {reinterpret_cast<const uint8_t*>(src)},
+      {reinterpret_cast<uint8_t*>(dst[0]), reinterpret_cast<uint8_t*>(dst[1]), reinterpret_cast<uint8_t*>(dst[2])},
+      0};
   myYCoCg<Body, Tail>(io, srcStep, dstStep, roi, Split ? roi.width & ~3 : roi.width, ch);
   return kelStatusOk;
 }
@@ -141,18 +143,17 @@ using namespace kel;
 
 extern "C" {
 
-#define KEL_FWD(name, P, Q, Ch, Form, Out, Tab, Rv, ...)                                                  \
-  KelStatus name(const P* src, int srcStep, Q* dst[3], int dstStep, KeliSize roi) {                      \
-    return forward<P, Ch, Q, Form, Out, ##__VA_ARGS__>(src, srcStep, dst, dstStep, roi,                  \
-                                                       chain<Rv, Ch == 4>(&K::Tab));                     \
+#define KEL_FWD(name, P, Q, Ch, Form, Out, Tab, Rv, ...)                                                              \
+  KelStatus name(const P* src, int srcStep, Q* dst[3], int dstStep, KeliSize roi) {                                   \
+    return forward<P, Ch, Q, Form, Out, ##__VA_ARGS__>(src, srcStep, dst, dstStep, roi, chain<Rv, Ch == 4>(&K::Tab)); \
   }
-#define KEL_INV(name, Q, P, Ch, Form, Out, Tab, Rv)                                                         \
-  KelStatus name(const Q* const src[3], int srcStep, P* dst, int dstStep, KeliSize roi) {                 \
-    return inverse<Q, P, Ch, Form, Out>(src, srcStep, dst, dstStep, roi, 0, chain<Rv, 0>(&K::Tab));       \
+#define KEL_INV(name, Q, P, Ch, Form, Out, Tab, Rv)                                                 \
+  KelStatus name(const Q* const src[3], int srcStep, P* dst, int dstStep, KeliSize roi) {           \
+    return inverse<Q, P, Ch, Form, Out>(src, srcStep, dst, dstStep, roi, 0, chain<Rv, 0>(&K::Tab)); \
   }
-#define KEL_INV4(name, Q, P, Form, Out, Tab, Rv)                                                           \
-  KelStatus name(const Q* const src[3], int srcStep, P* dst, int dstStep, KeliSize roi, P alpha) {        \
-    return inverse<Q, P, 4, Form, Out>(src, srcStep, dst, dstStep, roi, alpha, chain<Rv, 1>(&K::Tab));    \
+#define KEL_INV4(name, Q, P, Form, Out, Tab, Rv)                                                       \
+  KelStatus name(const Q* const src[3], int srcStep, P* dst, int dstStep, KeliSize roi, P alpha) {     \
+    return inverse<Q, P, 4, Form, Out>(src, srcStep, dst, dstStep, roi, alpha, chain<Rv, 1>(&K::Tab)); \
   }
 
 KEL_FWD(keliBGRToYCoCg_8u16s_C3P3R, Kel8u, Kel16s, 3, Plain, AsIs, fwd8, 0)

@@ -37,12 +37,12 @@ using YcocgKern = int (*)(const YcocgRow& io, int x, int n);
 
 // The vector kernels of each instruction-set file, indexed [rev][c4].
 struct YcocgKernels {
-  YcocgKern fwd8[2][2];   // 8u pixels -> 16s planes
-  YcocgKern inv8[2][2];   // 16s planes -> 8u pixels
-  YcocgKern fwd16[2][2];  // 16s pixels -> 16s planes (plain: the saturating body form)
-  YcocgKern inv16[2][2];  // 16s planes -> 16s pixels
-  YcocgKern fwd32[2][2];  // 16s pixels -> 32s planes
-  YcocgKern inv32[2][2];  // 32s planes -> 16s pixels
+  YcocgKern fwd8[2][2];        // 8u pixels -> 16s planes
+  YcocgKern inv8[2][2];        // 16s planes -> 8u pixels
+  YcocgKern fwd16[2][2];       // 16s pixels -> 16s planes (plain: the saturating body form)
+  YcocgKern inv16[2][2];       // 16s planes -> 16s pixels
+  YcocgKern fwd32[2][2];       // 16s pixels -> 32s planes
+  YcocgKern inv32[2][2];       // 32s planes -> 16s pixels
   YcocgKern pairFwd, pairInv;  // the RGB pair, 8u both sides
 };
 namespace sse41 {
@@ -57,8 +57,12 @@ namespace ycocg {
 
 // Sums and differences wrap in 32 bits (the inverse forms see arbitrary
 // plane values); >> is arithmetic.
-inline int32_t add(int32_t a, int32_t b) { return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b)); }
-inline int32_t sub(int32_t a, int32_t b) { return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b)); }
+inline int32_t add(int32_t a, int32_t b) {
+  return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
+}
+inline int32_t sub(int32_t a, int32_t b) {
+  return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
+}
 
 // ---- forward forms: in = pixel samples in memory order, out = Y, Co, Cg ----
 struct Plain {  // B, G, R

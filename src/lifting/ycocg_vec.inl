@@ -17,14 +17,18 @@ struct W16 {
   static v add(v a, v b) { return V::add16(a, b); }
   static v sub(v a, v b) { return V::sub16(a, b); }
   template <int N>
-  static v sra(v a) { return V::srai16<N>(a); }
+  static v sra(v a) {
+    return V::srai16<N>(a);
+  }
   static v set(int k) { return V::set16(k); }
 };
 struct W32 {
   static v add(v a, v b) { return V::add32(a, b); }
   static v sub(v a, v b) { return V::sub32(a, b); }
   template <int N>
-  static v sra(v a) { return V::srai32<N>(a); }
+  static v sra(v a) {
+    return V::srai32<N>(a);
+  }
   static v set(int k) { return V::set32(k); }
 };
 
@@ -151,9 +155,9 @@ template <int Ch>
 inline void storeW(uint8_t* p, v c0, v c1, v c2, v c3) {
   if constexpr (Ch == 3) {
     for (int k = 0; k < 3; ++k)
-      V::store<48>(p + 16 * k, V::or_(V::or_(V::shuffle8(c0, V::bcast(kW3S[0][k].b)),
-                                             V::shuffle8(c1, V::bcast(kW3S[1][k].b))),
-                                      V::shuffle8(c2, V::bcast(kW3S[2][k].b))));
+      V::store<48>(p + 16 * k,
+                   V::or_(V::or_(V::shuffle8(c0, V::bcast(kW3S[0][k].b)), V::shuffle8(c1, V::bcast(kW3S[1][k].b))),
+                          V::shuffle8(c2, V::bcast(kW3S[2][k].b))));
   } else {
     const v t0 = V::unpacklo16(c0, c1), t1 = V::unpackhi16(c0, c1);
     const v t2 = V::unpacklo16(c2, c3), t3 = V::unpackhi16(c2, c3);
@@ -173,8 +177,10 @@ int toPlanes8(const YcocgRow& row, int x, int n) {
   const YcocgRow io = row;  // byte stores could otherwise force reloads of the pointers
   for (; x + kBlock <= n; x += kBlock) {
     v a, b, c, alpha, al, ah, bl, bh, cl, ch;
-    if constexpr (Ch == 3) loadC3(io.s[0] + 3 * x, a, b, c);
-    else loadC4(io.s[0] + 4 * x, a, b, c, alpha);
+    if constexpr (Ch == 3)
+      loadC3(io.s[0] + 3 * x, a, b, c);
+    else
+      loadC4(io.s[0] + 4 * x, a, b, c, alpha);
     widen(a, al, ah), widen(b, bl, bh), widen(c, cl, ch);
     v lo[3], hi[3];
     Form::vec(al, bl, cl, lo[0], lo[1], lo[2]);
@@ -208,8 +214,10 @@ int toPixels8(const YcocgRow& row, int x, int n) {
     Form::vec(lo[0], lo[1], lo[2], o0[0], o0[1], o0[2]);
     Form::vec(hi[0], hi[1], hi[2], o1[0], o1[1], o1[2]);
     const v a = V::packus16(o0[0], o1[0]), b = V::packus16(o0[1], o1[1]), c = V::packus16(o0[2], o1[2]);
-    if constexpr (Ch == 3) storeC3(io.d[0] + 3 * x, a, b, c);
-    else storeC4(io.d[0] + 4 * x, a, b, c, alpha);
+    if constexpr (Ch == 3)
+      storeC3(io.d[0] + 3 * x, a, b, c);
+    else
+      storeC4(io.d[0] + 4 * x, a, b, c, alpha);
   }
   return x;
 }
