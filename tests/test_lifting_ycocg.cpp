@@ -3,6 +3,7 @@
 #include <array>
 #include <cstring>
 #include <random>
+#include <utility>
 
 #include "harness.h"
 
@@ -219,9 +220,8 @@ TEST(LiftingYCoCg, Reversible8uRestoresEveryColour) {
   }
 }
 
-// 16-bit samples over their full range, extremes included, through 16-bit
-// planes (thanks to the wrap) and 32-bit planes, C3 and C4, on every path.
-TEST(LiftingYCoCg, Reversible16sRestoresEverySample) {
+// Every triple of extreme 16-bit samples, then random ones.
+std::vector<S3> extremes16() {
   std::vector<S3> px;
   const Kel16s ext[] = {-32768, -32767, -16385, -2, -1, 0, 1, 2, 16384, 32766, 32767};
   for (Kel16s b : ext)
@@ -229,6 +229,24 @@ TEST(LiftingYCoCg, Reversible16sRestoresEverySample) {
       for (Kel16s r : ext) px.push_back({b, g, r});
   std::mt19937 rng(5);
   while (px.size() < 4000) px.push_back({Kel16s(rng()), Kel16s(rng()), Kel16s(rng())});
+  return px;
+}
+
+// The extremes give the scalar bytes on every vector path.
+TEST(LiftingYCoCg, Extreme16sSamplesOnEveryPath) {
+  const auto px = extremes16();
+  auto both = [&](kel::Isa isa) {
+    IsaScope scope(isa);
+    return std::make_pair(toPlanes(keliSBGRToYCoCg_16s_C4P3R, 4, px), toPlanes(keliSBGRToYCoCg_16s32s_C3P3R, 3, px));
+  };
+  const auto ref = both(kel::Isa::Scalar);
+  for (kel::Isa isa : paths()) EXPECT_TRUE(both(isa) == ref) << int(isa);
+}
+
+// 16-bit samples over their full range, extremes included, through 16-bit
+// planes (thanks to the wrap) and 32-bit planes, C3 and C4, on every path.
+TEST(LiftingYCoCg, Reversible16sRestoresEverySample) {
+  const auto px = extremes16();
   for (kel::Isa isa : paths()) {
     IsaScope scope(isa);
     for (Kel16s fourth : {Kel16s(0), Kel16s(-1)}) {
@@ -300,6 +318,32 @@ TEST(LiftingYCoCg, OddByteStepsAndAddresses) {
           std::memcpy(&got, reinterpret_cast<const uint8_t*>(d[k]) + size_t(r) * dStep + 2 * x, 2);
           ASSERT_EQ(got, want[x][k]) << "row " << r << " column " << x << " plane " << k;
         }
+    }
+  }
+}
+
+// The RGB pair: every one of the 2^24 inputs of either direction gives the
+// bytes of the scalar form on every vector path.
+TEST(LiftingYCoCg, RgbPairEveryInputOnEveryPath) {
+  const int w = 65536;
+  std::vector<Kel8u> in(3 * size_t(w)), ref(3 * size_t(w)), out(3 * size_t(w));
+  Kel8u* pl[3] = {in.data(), in.data() + w, in.data() + 2 * w};
+  auto run = [&](kel::Isa isa, bool fwd, std::vector<Kel8u>& o) {
+    IsaScope scope(isa);
+    Kel8u* d[3] = {o.data(), o.data() + w, o.data() + 2 * w};
+    return fwd ? keliRGBToYCoCg_8u_C3P3R(in.data(), 0, d, 0, {w, 1})
+               : keliYCoCgToRGB_8u_P3C3R(pl, 0, o.data(), 0, {w, 1});
+  };
+  for (int r = 0; r < 256; ++r) {
+    for (bool fwd : {true, false}) {
+      // Sample k of input i: pixel samples side by side, or three planes.
+      for (int i = 0; i < w; ++i)
+        for (int k = 0; k < 3; ++k) in[fwd ? 3 * i + k : size_t(k) * w + i] = Kel8u(k == 0 ? r : k == 1 ? i >> 8 : i);
+      ASSERT_EQ(run(kel::Isa::Scalar, fwd, ref), kelStatusOk);
+      for (kel::Isa isa : paths()) {
+        ASSERT_EQ(run(isa, fwd, out), kelStatusOk);
+        ASSERT_TRUE(out == ref) << (fwd ? "forward" : "inverse") << " path " << int(isa) << " R " << r;
+      }
     }
   }
 }

@@ -68,17 +68,25 @@ struct InvRev {  // -> B, G, R
     r = W::add(b, co);
   }
 };
-// The RGB pair in 16-bit lanes. Its limits (min 255 forward, 0..255 back)
-// are the unsigned saturation of the byte pack: the forward values are never
-// negative.
+// The RGB pair forward on bytes, without widening. With c = avg8(R, B), the
+// rounded-up half of R + B, and odd = (R ^ B) & 1:
+//   Y        = (R + 2G + B + 2) >> 2         = avg8(c - odd, G)
+//   Co + 128 = (R + (255 - B) + 2) >> 1      = avg8(R, ~B) + odd
+//   Cg + 128 = (2G + (510 - R - B) + 4) >> 2 = avg8(~c, G) + (~(~c ^ G) & 1)
+// Co and Cg are at least 1 before the limit, so a sum that wraps to 0 was
+// 256 and becomes 255: the upper limit of the pair.
 struct PairFwd {  // R, G, B
+  static v top(v a) { return V::or_(a, V::cmpeq8(a, V::zero())); }
   static void vec(v r, v g, v b, v& y, v& co, v& cg) {
-    const v g2 = V::add16(g, g), two = V::set16(2), k128 = V::set16(128);
-    y = V::srai16<2>(V::add16(V::add16(V::add16(r, g2), b), two));
-    co = V::add16(V::srai16<1>(V::add16(V::sub16(r, b), V::set16(1))), k128);
-    cg = V::add16(V::srai16<2>(V::add16(V::sub16(V::sub16(g2, b), r), two)), k128);
+    const v one = V::set8(1), ones = V::set8(-1);
+    const v c = V::avg8(r, b), odd = V::and_(V::xor_(r, b), one);
+    y = V::avg8(V::add8(c, V::cmpeq8(odd, one)), g);
+    co = top(V::add8(V::avg8(r, V::xor_(b, ones)), odd));
+    const v nc = V::xor_(c, ones);
+    cg = top(V::add8(V::avg8(nc, g), V::andnot(V::xor_(nc, g), one)));
   }
 };
+// The RGB pair back in 16-bit lanes; the byte pack limits to 0..255.
 struct PairInv {  // -> R, G, B
   static void vec(v y, v co, v cg, v& r, v& g, v& b) {
     r = V::sub16(V::add16(y, co), cg);
@@ -92,16 +100,23 @@ inline void wide(v a, v& lo, v& hi) {
   lo = V::srai32<16>(V::unpacklo16(a, a));
   hi = V::srai32<16>(V::unpackhi16(a, a));
 }
-// A 32-bit form on 16-bit samples, narrowed with signed saturation: the body
-// form of the plain 16s forward members.
-template <class F32>
-struct Sat32 {
-  static void vec(v a, v b, v c, v& x, v& y, v& z) {
-    v al, ah, bl, bh, cl, ch, xl, xh, yl, yh, zl, zh;
-    wide(a, al, ah), wide(b, bl, bh), wide(c, cl, ch);
-    F32::vec(al, bl, cl, xl, yl, zl);
-    F32::vec(ah, bh, ch, xh, yh, zh);
-    x = V::packs32(xl, xh), y = V::packs32(yl, yh), z = V::packs32(zl, zh);
+// The body form of the plain 16s forward members in 16-bit lanes: the 32-bit
+// sums, saturated at the end. Samples biased to unsigned (s ^ 0x8000) let
+// avg16 form exact 17-bit halves. With c = avg16(R', B'), the biased half of
+// R + B rounded up, and odd = (R ^ B) & 1:
+//   Y  = avg16(c - odd, G') ^ 0x8000                   (never out of range)
+//   Co = adds16(avg16(R', ~B') ^ 0x8000, odd)
+//   Cg = adds16(avg16(~c, G') ^ 0x8000, ~(~c ^ G') & 1)
+// where the saturating add cuts the one value 32768 that Co and Cg can reach.
+struct PlainSat16 {  // B, G, R
+  static void vec(v b, v g, v r, v& y, v& co, v& cg) {
+    const v sign = V::set16(-32768), one = V::set16(1), ones = V::set16(-1);
+    const v rb = V::xor_(r, sign), bb = V::xor_(b, sign), gb = V::xor_(g, sign);
+    const v c = V::avg16(rb, bb), odd = V::and_(V::xor_(r, b), one);
+    y = V::xor_(V::avg16(V::sub16(c, odd), gb), sign);
+    co = V::adds16(V::xor_(V::avg16(rb, V::xor_(bb, ones)), sign), odd);
+    const v nc = V::xor_(c, ones);
+    cg = V::adds16(V::xor_(V::avg16(nc, gb), sign), V::andnot(V::xor_(nc, gb), one));
   }
 };
 
@@ -169,29 +184,33 @@ inline void storeW(uint8_t* p, v c0, v c1, v c2, v c3) {
 }
 
 // ---- kernels ---------------------------------------------------------------------
-// 8-bit pixels to planes, 16 pixels per lane. Wide: 16-bit planes (two
-// stores of 8 words per lane); otherwise bytes.
+// 8-bit pixels to planes, 16 pixels per lane. Wide: a form in 16-bit lanes
+// and 16-bit planes (two stores of 8 words per lane); otherwise a form on
+// bytes and byte planes.
 template <int Ch, class Form, bool Wide>
 int toPlanes8(const YcocgRow& row, int x, int n) {
   constexpr int kBlock = 16 * V::kLanes;
   const YcocgRow io = row;  // byte stores could otherwise force reloads of the pointers
   for (; x + kBlock <= n; x += kBlock) {
-    v a, b, c, alpha, al, ah, bl, bh, cl, ch;
-    if constexpr (Ch == 3)
+    v a, b, c, alpha;
+    if constexpr (Ch == 3) {
       loadC3(io.s[0] + 3 * x, a, b, c);
-    else
+    } else {
       loadC4(io.s[0] + 4 * x, a, b, c, alpha);
-    widen(a, al, ah), widen(b, bl, bh), widen(c, cl, ch);
-    v lo[3], hi[3];
-    Form::vec(al, bl, cl, lo[0], lo[1], lo[2]);
-    Form::vec(ah, bh, ch, hi[0], hi[1], hi[2]);
-    for (int k = 0; k < 3; ++k) {
-      if constexpr (Wide) {
+    }
+    if constexpr (Wide) {
+      v al, ah, bl, bh, cl, ch, lo[3], hi[3];
+      widen(a, al, ah), widen(b, bl, bh), widen(c, cl, ch);
+      Form::vec(al, bl, cl, lo[0], lo[1], lo[2]);
+      Form::vec(ah, bh, ch, hi[0], hi[1], hi[2]);
+      for (int k = 0; k < 3; ++k) {
         V::store<32>(io.d[k] + 2 * x, lo[k]);
         V::store<32>(io.d[k] + 2 * x + 16, hi[k]);
-      } else {
-        V::store<16>(io.d[k] + x, V::packus16(lo[k], hi[k]));
       }
+    } else {
+      v o[3];
+      Form::vec(a, b, c, o[0], o[1], o[2]);
+      for (int k = 0; k < 3; ++k) V::store<16>(io.d[k] + x, o[k]);
     }
   }
   return x;
@@ -291,8 +310,7 @@ extern const YcocgKernels kYcocgKernels = {
      {toPlanes8<3, Rev<W16>, true>, toPlanes8<4, Rev<W16>, true>}},
     {{toPixels8<3, InvPlain<W16>, true>, toPixels8<4, InvPlain<W16>, true>},
      {toPixels8<3, InvRev<W16>, true>, toPixels8<4, InvRev<W16>, true>}},
-    {{toPlanes16<3, Sat32<Plain<W32>>>, toPlanes16<4, Sat32<Plain<W32>>>},
-     {toPlanes16<3, Rev<W16>>, toPlanes16<4, Rev<W16>>}},
+    {{toPlanes16<3, PlainSat16>, toPlanes16<4, PlainSat16>}, {toPlanes16<3, Rev<W16>>, toPlanes16<4, Rev<W16>>}},
     {{toPixels16<3, InvPlain<W16>>, toPixels16<4, InvPlain<W16>>},
      {toPixels16<3, InvRev<W16>>, toPixels16<4, InvRev<W16>>}},
     {{toPlanes32<3, Plain<W32>>, toPlanes32<4, Plain<W32>>}, {toPlanes32<3, Rev<W32>>, toPlanes32<4, Rev<W32>>}},
