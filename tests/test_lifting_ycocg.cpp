@@ -132,6 +132,7 @@ using I3 = Px<Kel32s>;
 
 }  // namespace
 
+KT_MEMBERS(members);
 TEST(LiftingYCoCg, GuardsErrorsAndPaths) { checkAll(members()); }
 
 // The stated values, in body and tail pixels. (B, G, R) -> (Y, Co, Cg).
