@@ -1,8 +1,10 @@
 // Vector bodies of the YCoCg lifting transforms, written once on the lane
 // words and compiled per instruction set. Each form is the lane-wise copy of
-// the scalar form of the same name in ycocg.h; 8-bit and 16-bit samples work
-// in 16-bit lanes (the 8-bit sums cannot overflow, the 16-bit forms wrap as
-// they are defined to), the 32-bit forms in 32-bit lanes.
+// the scalar form of the same name in ycocg.h: 8-bit and 16-bit samples in
+// 16-bit lanes (the 8-bit sums cannot overflow, the 16-bit forms wrap as they
+// are defined to), the 32-bit forms in 32-bit lanes, and two forms in the
+// lanes of their samples by averaging (the RGB pair forward on bytes, the
+// saturating 16s body on words), which gives the same values without widening.
 #include "frame/simd.h"
 #include "lifting/ycocg.h"
 
