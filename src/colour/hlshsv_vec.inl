@@ -111,11 +111,12 @@ inline f rampOf(f m1, f m2, f x) {
 template <Kind Km, Kind Kr>
 inline void hlsInv(f h, f l, f s, f& r, f& g, f& b) {
   const f m2 = m2Of<Km>(l, s), m1 = sub(mul(k(2.0f), l), m2);
+  // The rising and the falling ramp are one expression on the argument x
+  // or 240 - x, chosen first: the same operations on the same values.
   auto fn = [&](f x) {
-    f o = m1;
-    o = sel(cmplt(x, k(240.0f)), rampOf<Kr>(m1, m2, sub(k(240.0f), x)), o);
-    o = sel(cmplt(x, k(180.0f)), m2, o);
-    return sel(cmplt(x, k(60.0f)), rampOf<Kr>(m1, m2, x), o);
+    const f lo = cmplt(x, k(60.0f));
+    const f rp = rampOf<Kr>(m1, m2, sel(lo, x, sub(k(240.0f), x)));
+    return sel(lo, rp, sel(cmplt(x, k(180.0f)), m2, sel(cmplt(x, k(240.0f)), rp, m1)));
   };
   f hr = add(h, k(120.0f));
   hr = sel(cmpgt(hr, k(360.0f)), sub(hr, k(360.0f)), hr);
@@ -224,11 +225,132 @@ struct OutNear {
   }
 };
 
-using HlsB8 = Bytes<HlsFwd<Rcp::A, HueK::KFirst, true>, true>;
+// ---- 8-bit forward and HSV bodies with the choices made on bytes -------------------
+// Maxima, minima, D and the sextant's operands are exact small integers, so
+// they are found 16 pixels at a time on bytes; the float lanes only see the
+// values that enter the float operations of the definitions, which are
+// formed from the same integers.
+#if KEL_ISA == KEL_ISA_SSE41
+inline v maxu8(v a, v b) { return _mm_max_epu8(a, b); }
+inline v minu8(v a, v b) { return _mm_min_epu8(a, b); }
+inline v minu16(v a, v b) { return _mm_min_epu16(a, b); }
+inline v subu8(v a, v b) { return _mm_sub_epi8(a, b); }
+#else
+inline v maxu8(v a, v b) { return _mm256_max_epu8(a, b); }
+inline v minu8(v a, v b) { return _mm256_min_epu8(a, b); }
+inline v minu16(v a, v b) { return _mm256_min_epu16(a, b); }
+inline v subu8(v a, v b) { return _mm256_sub_epi8(a, b); }
+#endif
+// 8 words per lane as two float vectors (words 0-3, 4-7), unsigned or signed.
+inline void floatsU16(v x, f& lo, f& hi) {
+  lo = F::cvt(V::unpacklo16(x, V::zero())), hi = F::cvt(V::unpackhi16(x, V::zero()));
+}
+inline void floatsS16(v x, f& lo, f& hi) {
+  lo = F::cvt(V::srai32<16>(V::unpacklo16(x, x))), hi = F::cvt(V::srai32<16>(V::unpackhi16(x, x)));
+}
+// 16 bytes per lane as four float vectors.
+inline void floats8(v x, f q[4]) {
+  v w[4];
+  widen32(x, w);
+  for (int i = 0; i < 4; ++i) q[i] = F::cvt(w[i]);
+}
+
+// RGB -> HLS: with mR = (mx = R), mG = (mx = G) the hue is (P - Q) times
+// the reciprocal term plus 0, 120 or 240, with (P, Q) = (G, B), (B, R) or
+// (R, G). An added 0 only turns a -0 hue into +0, which converts alike.
+// W = U below the middle, 510 - U above: min(U, 510 - U).
+template <Rcp R_, HueK Hk, bool Near, bool Bgr>
+struct HlsFwd8 {
+  static void vec(v a, v g, v c, v& H, v& L, v& S) {
+    const v r = Bgr ? c : a, b = Bgr ? a : c;
+    const v mx = maxu8(maxu8(r, g), b), mn = minu8(minu8(r, g), b);
+    const v D = subu8(mx, mn), gray = V::cmpeq8(D, V::zero());
+    const v mR = V::cmpeq8(mx, r), mG = V::andnot(mR, V::cmpeq8(mx, g));
+    const v P = V::blend8(V::blend8(r, b, mG), g, mR), Q = V::blend8(V::blend8(g, r, mG), b, mR);
+    const v off = V::blend8(V::blend8(V::set8(240), V::set8(120), mG), V::zero(), mR);
+    v wD[2], wU[2], wW[2], wDf[2], wO[2];
+    widen(D, wD[0], wD[1]), widen(off, wO[0], wO[1]);
+    v mxl, mxh, mnl, mnh, pl, ph, ql, qh;
+    widen(mx, mxl, mxh), widen(mn, mnl, mnh), widen(P, pl, ph), widen(Q, ql, qh);
+    wU[0] = V::add16(mxl, mnl), wU[1] = V::add16(mxh, mnh);
+    for (int i = 0; i < 2; ++i) wW[i] = minu16(wU[i], V::sub16(V::set16(510), wU[i]));
+    wDf[0] = V::sub16(pl, ql), wDf[1] = V::sub16(ph, qh);
+    v qH[4], qL[4], qS[4];
+    for (int j = 0; j < 2; ++j) {
+      f Dq[2], Uq[2], Wq[2], Fq[2], Oq[2];
+      floatsU16(wD[j], Dq[0], Dq[1]), floatsU16(wU[j], Uq[0], Uq[1]), floatsU16(wW[j], Wq[0], Wq[1]);
+      floatsS16(wDf[j], Fq[0], Fq[1]), floatsU16(wO[j], Oq[0], Oq[1]);
+      for (int i = 0; i < 2; ++i) {
+        const f lf = mul(Uq[i], k(0.5f));
+        const f s = mul(mul(Dq[i], rcpv<R_>(Wq[i])), k(255.0f));
+        f hue;
+        if constexpr (Hk == HueK::KFirst) hue = add(mul(Fq[i], mul(k(60.0f), rcpv<R_>(Dq[i]))), Oq[i]);
+        else hue = add(mul(mul(Fq[i], k(60.0f)), rcpv<R_>(Dq[i])), Oq[i]);
+        hue = sel(cmplt(hue, F::zero()), add(hue, k(360.0f)), hue);
+        const f h = mul(hue, k(0.7083333f));
+        qH[2 * j + i] = Near ? F::cvtn(h) : F::cvtt(h);
+        qL[2 * j + i] = Near ? F::cvtn(lf) : F::cvtt(lf);
+        qS[2 * j + i] = Near ? F::cvtn(s) : F::cvtt(s);
+      }
+    }
+    H = V::andnot(gray, narrow32(qH)), L = narrow32(qL), S = V::andnot(gray, narrow32(qS));
+  }
+};
+
+// RGB -> HSV body: sextants B over R over G; t = (x - y) + 0, 2 or 4 with
+// x, y = (mx - X1) r, (mx - X2) r and (X1, X2) = (G, R), (B, G) or (R, B).
+struct HsvFwd8 {
+  static void vec(v r, v g, v b, v& H, v& S, v& Vo) {
+    const v mx = maxu8(maxu8(r, g), b), mn = minu8(minu8(r, g), b);
+    const v D = subu8(mx, mn), gray = V::cmpeq8(D, V::zero());  // mx = 0 implies D = 0
+    const v mB = V::cmpeq8(mx, b), mR = V::andnot(mB, V::cmpeq8(mx, r));
+    const v X1 = V::blend8(V::blend8(r, b, mR), g, mB), X2 = V::blend8(V::blend8(b, g, mR), r, mB);
+    const v off = V::blend8(V::blend8(V::set8(2), V::zero(), mR), V::set8(4), mB);
+    f fm[4], fD[4], f1[4], f2[4], fo[4];
+    floats8(mx, fm), floats8(D, fD), floats8(subu8(mx, X1), f1), floats8(subu8(mx, X2), f2), floats8(off, fo);
+    v qH[4], qS[4];
+    for (int i = 0; i < 4; ++i) {
+      const f s = mul(mul(F::rcp(fm[i]), fD[i]), k(255.0f));
+      const f rD = F::rcp(fD[i]);
+      const f t = add(sub(mul(f1[i], rD), mul(f2[i], rD)), fo[i]);
+      f h = mul(t, k(42.5f));
+      h = sel(cmplt(h, F::zero()), add(h, k(255.0f)), h);
+      qH[i] = F::cvtt(h), qS[i] = F::cvtt(s);
+    }
+    H = V::andnot(gray, narrow32(qH)), S = V::andnot(gray, narrow32(qS)), Vo = mx;
+  }
+};
+
+// HSV -> RGB body: p, qv and tv truncated per pixel, the sextant chosen on
+// bytes (V needs no conversion: it is its own truncation).
+struct HsvInv8 {
+  static void vec(v Hb, v Sb, v Vb, v& R, v& G, v& B) {
+    Hb = V::andnot(V::cmpeq8(Hb, V::set8(255)), Hb);
+    f fh[4], fs[4], fv[4];
+    floats8(Hb, fh), floats8(Sb, fs), floats8(Vb, fv);
+    v qi[4], qp[4], qq[4], qt[4];
+    for (int n = 0; n < 4; ++n) {
+      const f q = mul(mul(fh[n], k(0.016666668f)), k(1.4117647f));
+      qi[n] = F::cvtt(q);
+      const f fr = sub(q, F::cvt(qi[n]));
+      const f vs = mul(fv[n], mul(fs[n], k(0.003921569f)));
+      const f p = sub(fv[n], vs), t1 = mul(fr, vs);
+      qp[n] = F::cvtt(p), qq[n] = F::cvtt(sub(fv[n], t1)), qt[n] = F::cvtt(add(p, t1));
+    }
+    const v i = narrow32(qi), p = narrow32(qp), qv = narrow32(qq), tv = narrow32(qt);
+    const v i1 = V::cmpeq8(i, V::set8(1)), i2 = V::cmpeq8(i, V::set8(2)), i3 = V::cmpeq8(i, V::set8(3));
+    const v i4 = V::cmpeq8(i, V::set8(4)), i5 = V::cmpeq8(i, V::set8(5));
+    R = V::blend8(V::blend8(V::blend8(Vb, qv, i1), p, V::or_(i2, i3)), tv, i4);
+    G = V::blend8(V::blend8(V::blend8(tv, Vb, V::or_(i1, i2)), qv, i3), p, V::or_(i4, i5));
+    B = V::blend8(V::blend8(V::blend8(p, tv, i2), Vb, V::or_(i3, i4)), qv, i5);
+  }
+};
+
+using HlsB8 = HlsFwd8<Rcp::A, HueK::KFirst, true, false>;
 using RgbB8 = Bytes<HlsInv<8, Kind::A, Kind::A>, true>;
-using HsvB8 = Bytes<HsvFwd<Rcp::A, true>, false>;
-using HsvRgbB8 = Bytes<HsvInv<true>, false>;
-using BgrHlsB = Bytes<HlsFwd<Rcp::A, HueK::Product, true>, false, true, false>;
+using HsvB8 = HsvFwd8;
+using HsvRgbB8 = HsvInv8;
+using BgrHlsB = HlsFwd8<Rcp::A, HueK::Product, false, true>;
 using HlsBgrB = Bytes<HlsInv<8, Kind::C, Kind::C>, false, false, true>;
 
 template <class T>
