@@ -5,6 +5,7 @@
 #include <limits>
 #include <random>
 
+#include "colour_rows.h"
 #include "harness.h"
 
 using namespace kt;
@@ -152,36 +153,11 @@ TEST(ColourHlsHsv, ThreadCountsGiveTheSameBytes) {
 }
 
 namespace {
-// One row of an interleaved member; AC4 destinations must keep their alpha.
-template <class T>
-struct RowOf {
-  Fn<T> f;
-  int ch;
-  using Px = std::array<T, 3>;
-  std::vector<Px> convert(const std::vector<Px>& px) const {
-    const int w = static_cast<int>(px.size());
-    std::vector<T> s(ch * w), d(ch * w);
-    for (int x = 0; x < w; ++x) {
-      for (int k = 0; k < 3; ++k) s[ch * x + k] = px[x][k];
-      if (ch == 4) s[4 * x + 3] = T(x + 3), d[4 * x + 3] = T(100 + x);
-    }
-    const int bytes = ch * w * int(sizeof(T));
-    EXPECT_EQ(f(s.data(), bytes, d.data(), bytes, {w, 1}), kelStatusOk);
-    std::vector<Px> o(w);
-    for (int x = 0; x < w; ++x) {
-      for (int k = 0; k < 3; ++k) o[x][k] = d[ch * x + k];
-      if (ch == 4) EXPECT_EQ(d[4 * x + 3], T(100 + x)) << "destination alpha kept";
-    }
-    return o;
-  }
-  Px body(Px p) const { return convert(std::vector<Px>(16, p))[0]; }
-  Px tail(Px p) const { return convert({p})[0]; }
-};
 using P8 = std::array<Kel8u, 3>;
-const RowOf<Kel8u> kHls8[] = {{keliRGBToHLS_8u_C3R, 3}, {keliRGBToHLS_8u_AC4R, 4}};
-const RowOf<Kel8u> kRgb8[] = {{keliHLSToRGB_8u_C3R, 3}, {keliHLSToRGB_8u_AC4R, 4}};
-const RowOf<Kel8u> kHsv8[] = {{keliRGBToHSV_8u_C3R, 3}, {keliRGBToHSV_8u_AC4R, 4}};
-const RowOf<Kel8u> kHsvRgb8[] = {{keliHSVToRGB_8u_C3R, 3}, {keliHSVToRGB_8u_AC4R, 4}};
+const RowOf<Kel8u> kHls8[] = {{keliRGBToHLS_8u_C3R, 3, 8}, {keliRGBToHLS_8u_AC4R, 4, 4}};
+const RowOf<Kel8u> kRgb8[] = {{keliHLSToRGB_8u_C3R, 3, 8}, {keliHLSToRGB_8u_AC4R, 4, 4}};
+const RowOf<Kel8u> kHsv8[] = {{keliRGBToHSV_8u_C3R, 3, 4}, {keliRGBToHSV_8u_AC4R, 4, 4}};
+const RowOf<Kel8u> kHsvRgb8[] = {{keliHSVToRGB_8u_C3R, 3, 4}, {keliHSVToRGB_8u_AC4R, 4, 4}};
 
 ::testing::AssertionResult near(const P8& got, const P8& want, int tol) {
   for (int k = 0; k < 3; ++k)
@@ -205,40 +181,40 @@ TEST(ColourHlsHsv, TellingValuesOf8u) {
   for (const auto& c : cases) {
     const bool gray = c.rgb[0] == c.rgb[1] && c.rgb[1] == c.rgb[2];
     for (const auto& r : kHls8) {
-      EXPECT_TRUE(near(r.body(c.rgb), c.hls, gray ? 0 : 0)) << "body";
+      EXPECT_TRUE(near(r.bodyOf(c.rgb), c.hls, gray ? 0 : 0)) << "body";
       // Tails: C3 truncates (L 127.5 gives 127, hue 120 * 0.7083333 gives 84).
-      EXPECT_TRUE(near(r.tail(c.rgb), c.hls, gray ? 0 : (r.ch == 3 ? 1 : 0))) << "tail " << r.ch;
+      EXPECT_TRUE(near(r.tailOf(c.rgb), c.hls, gray ? 0 : (r.ch == 3 ? 1 : 0))) << "tail " << r.ch;
     }
     for (const auto& r : kHsv8) {
-      EXPECT_TRUE(near(r.body(c.rgb), c.hsv, gray ? 0 : 1)) << "body";
-      EXPECT_TRUE(near(r.tail(c.rgb), c.hsv, 0)) << "tail";
+      EXPECT_TRUE(near(r.bodyOf(c.rgb), c.hsv, gray ? 0 : 1)) << "body";
+      EXPECT_TRUE(near(r.tailOf(c.rgb), c.hsv, 0)) << "tail";
     }
     // And back: gray exactly, primaries within one.
     for (const auto& r : kRgb8) {
-      EXPECT_TRUE(near(r.body(c.hls), c.rgb, gray ? 0 : 1));
-      EXPECT_TRUE(near(r.tail(c.hls), c.rgb, gray ? 0 : 1));
+      EXPECT_TRUE(near(r.bodyOf(c.hls), c.rgb, gray ? 0 : 1));
+      EXPECT_TRUE(near(r.tailOf(c.hls), c.rgb, gray ? 0 : 1));
     }
     for (const auto& r : kHsvRgb8) {
-      EXPECT_TRUE(near(r.body(c.hsv), c.rgb, gray ? 0 : 1));
-      EXPECT_TRUE(near(r.tail(c.hsv), c.rgb, 0));
+      EXPECT_TRUE(near(r.bodyOf(c.hsv), c.rgb, gray ? 0 : 1));
+      EXPECT_TRUE(near(r.tailOf(c.hsv), c.rgb, 0));
     }
   }
   // (127, 128, 128): Lf = 127.5; nearest gives 128, trunc 127.
-  EXPECT_EQ(kHls8[0].body({127, 128, 128})[1], 128);
-  EXPECT_EQ(kHls8[0].tail({127, 128, 128})[1], 127);
-  EXPECT_EQ(kHls8[1].tail({127, 128, 128})[1], 128);
+  EXPECT_EQ(kHls8[0].bodyOf({127, 128, 128})[1], 128);
+  EXPECT_EQ(kHls8[0].tailOf({127, 128, 128})[1], 127);
+  EXPECT_EQ(kHls8[1].tailOf({127, 128, 128})[1], 128);
   // HSV: a full-scale hue is a full turn; HLS: S = 0 gives L in every column.
   for (const auto& r : kHsvRgb8)
     for (Kel8u s : {0, 90, 255}) {
-      EXPECT_EQ(r.body({255, s, 200}), r.body({0, s, 200}));
-      EXPECT_EQ(r.tail({255, s, 200}), r.tail({0, s, 200}));
+      EXPECT_EQ(r.bodyOf({255, s, 200}), r.bodyOf({0, s, 200}));
+      EXPECT_EQ(r.tailOf({255, s, 200}), r.tailOf({0, s, 200}));
     }
   for (const auto& r : kRgb8)
     for (int l = 0; l < 256; ++l)
       for (Kel8u h : {0, 100, 255}) {
         const Kel8u L = Kel8u(l);
-        ASSERT_EQ(r.body({h, L, 0}), (P8{L, L, L}));
-        ASSERT_EQ(r.tail({h, L, 0}), (P8{L, L, L}));
+        ASSERT_EQ(r.bodyOf({h, L, 0}), (P8{L, L, L}));
+        ASSERT_EQ(r.tailOf({h, L, 0}), (P8{L, L, L}));
       }
 }
 
@@ -248,37 +224,37 @@ TEST(ColourHlsHsv, GrayAndFloatValues) {
   using S3 = std::array<Kel16s, 3>;
   using U3 = std::array<Kel16u, 3>;
   using F3 = std::array<Kel32f, 3>;
-  const RowOf<Kel16s> s16{keliRGBToHLS_16s_C3R, 3};
+  const RowOf<Kel16s> s16{keliRGBToHLS_16s_C3R, 3, 4};
   for (Kel16s g : {-32768, -1, 0, 32767}) {
-    EXPECT_EQ(s16.body({g, g, g}), (S3{-32768, g, -32768}));
-    EXPECT_EQ(s16.tail({g, g, g}), (S3{-32768, g, -32768}));
+    EXPECT_EQ(s16.bodyOf({g, g, g}), (S3{-32768, g, -32768}));
+    EXPECT_EQ(s16.tailOf({g, g, g}), (S3{-32768, g, -32768}));
   }
-  const RowOf<Kel16u> u16{keliRGBToHLS_16u_C3R, 3}, hsv16{keliRGBToHSV_16u_C3R, 3};
-  EXPECT_EQ(u16.body({65535, 0, 0}), (U3{0, 32768, 65535}));
-  EXPECT_EQ(u16.body({0, 0, 65535})[0], 43690);  // 240 degrees
-  EXPECT_EQ(hsv16.body({0, 0, 0}), (U3{0, 0, 0}));
-  EXPECT_EQ(hsv16.tail({0, 65535, 0}), (U3{21845, 65535, 65535}));
-  const RowOf<Kel16u> rgb16{keliHLSToRGB_16u_C3R, 3}, hsvRgb16{keliHSVToRGB_16u_C3R, 3};
+  const RowOf<Kel16u> u16{keliRGBToHLS_16u_C3R, 3, 4}, hsv16{keliRGBToHSV_16u_C3R, 3, 4};
+  EXPECT_EQ(u16.bodyOf({65535, 0, 0}), (U3{0, 32768, 65535}));
+  EXPECT_EQ(u16.bodyOf({0, 0, 65535})[0], 43690);  // 240 degrees
+  EXPECT_EQ(hsv16.bodyOf({0, 0, 0}), (U3{0, 0, 0}));
+  EXPECT_EQ(hsv16.tailOf({0, 65535, 0}), (U3{21845, 65535, 65535}));
+  const RowOf<Kel16u> rgb16{keliHLSToRGB_16u_C3R, 3, 4}, hsvRgb16{keliHSVToRGB_16u_C3R, 3, 4};
   for (Kel16u l : {0, 1, 12345, 32768, 65535}) {
-    EXPECT_EQ(rgb16.body({999, l, 0}), (U3{l, l, l}));
-    EXPECT_EQ(rgb16.tail({999, l, 0}), (U3{l, l, l}));
+    EXPECT_EQ(rgb16.bodyOf({999, l, 0}), (U3{l, l, l}));
+    EXPECT_EQ(rgb16.tailOf({999, l, 0}), (U3{l, l, l}));
   }
-  EXPECT_EQ(hsvRgb16.tail({65535, 40000, 50000}), hsvRgb16.tail({0, 40000, 50000}));
+  EXPECT_EQ(hsvRgb16.tailOf({65535, 40000, 50000}), hsvRgb16.tailOf({0, 40000, 50000}));
 
-  const RowOf<Kel32f> f{keliRGBToHLS_32f_C3R, 3}, back{keliHLSToRGB_32f_C3R, 3};
+  const RowOf<Kel32f> f{keliRGBToHLS_32f_C3R, 3, 4}, back{keliHLSToRGB_32f_C3R, 3, 4};
   const float e = 1.1920929e-7f;
-  EXPECT_EQ(f.tail({0.5f, 0.5f + e, 0.5f}), (F3{0.0f, 0.5f + e / 2, 0.0f}));
-  const F3 blue = f.tail({0.0f, 0.0f, 1.0f});
+  EXPECT_EQ(f.tailOf({0.5f, 0.5f + e, 0.5f}), (F3{0.0f, 0.5f + e / 2, 0.0f}));
+  const F3 blue = f.tailOf({0.0f, 0.0f, 1.0f});
   EXPECT_NEAR(blue[0], 240.0f / 360.0f, 1e-7f);
   EXPECT_EQ(blue[1], 0.5f);
   EXPECT_EQ(blue[2], 1.0f);
-  for (const F3& o : {back.body(blue), back.tail(blue)}) {
+  for (const F3& o : {back.bodyOf(blue), back.tailOf(blue)}) {
     EXPECT_NEAR(o[0], 0.0f, 1e-6f);
     EXPECT_NEAR(o[1], 0.0f, 1e-6f);
     EXPECT_NEAR(o[2], 1.0f, 1e-6f);
   }
   // Nothing is limited: a lightness above 1 stays there.
-  EXPECT_GT(back.tail({0.1f, 1.5f, 0.5f})[0], 1.0f);
+  EXPECT_GT(back.tailOf({0.1f, 1.5f, 0.5f})[0], 1.0f);
 }
 
 // The row splits by column: body forms below the body count, tail forms
@@ -286,19 +262,15 @@ TEST(ColourHlsHsv, GrayAndFloatValues) {
 // P3C3 BGR form has no body at all.
 TEST(ColourHlsHsv, BodyAndTailSplitTheRowByColumn) {
   std::mt19937 rng(8);
-  const struct {
-    RowOf<Kel8u> r;
-    int group;
-  } rows[] = {{kHls8[0], 8}, {kHls8[1], 4}, {kRgb8[0], 8}, {kRgb8[1], 4}, {kHsv8[0], 4}, {kHsvRgb8[1], 4},
-              {{keliBGRToHLS_8u_AC4R, 4}, 4}};
-  for (const auto& c : rows)
+  const RowOf<Kel8u> rows[] = {kHls8[0], kHls8[1], kRgb8[0], kRgb8[1], kHsv8[0], kHsvRgb8[1],
+                               {keliBGRToHLS_8u_AC4R, 4, 4}};
+  for (const auto& r : rows)
     for (int w : {1, 3, 4, 5, 7, 8, 9, 15, 16, 17, 33}) {
       std::vector<P8> px(w);
       for (auto& p : px) p = {Kel8u(rng()), Kel8u(rng()), Kel8u(rng())};
-      const auto out = c.r.convert(px);
-      const int body = w & ~(c.group - 1);
+      const auto out = r.convert(px);
       for (int x = 0; x < w; ++x)
-        ASSERT_EQ(out[x], x < body ? c.r.body(px[x]) : c.r.tail(px[x])) << "width " << w << " column " << x;
+        ASSERT_EQ(out[x], x < r.body(w) ? r.bodyOf(px[x]) : r.tailOf(px[x])) << "width " << w << " column " << x;
     }
   // P3C3: every pixel of a row of 1000 as in a row of one.
   std::vector<Kel8u> b(1000), g(1000), r(1000), o(3000), one(3);

@@ -90,6 +90,11 @@ enum class Cv { NearSat, NearLow, TruncSat, TruncLow };
 constexpr bool isNear(Cv c) { return c == Cv::NearSat || c == Cv::NearLow; }
 constexpr bool isSat(Cv c) { return c == Cv::NearSat || c == Cv::TruncSat; }
 
+template <Cv C>
+inline int32_t toInt(float x) {
+  return isNear(C) ? roundF(x) : truncF(x);
+}
+
 template <class T>
 struct Depth;
 template <>
@@ -97,8 +102,7 @@ struct Depth<uint8_t> {
   static float in(uint8_t v) { return v; }
   template <Cv C>
   static uint8_t out(float x) {
-    const int32_t i = isNear(C) ? roundF(x) : truncF(x);
-    return static_cast<uint8_t>(isSat(C) ? clip8(i) : i);
+    return static_cast<uint8_t>(isSat(C) ? clip8(toInt<C>(x)) : toInt<C>(x));
   }
 };
 template <>
@@ -106,8 +110,7 @@ struct Depth<uint16_t> {
   static float in(uint16_t v) { return v; }
   template <Cv C>
   static uint16_t out(float x) {
-    const int32_t i = isNear(C) ? roundF(x) : truncF(x);
-    return static_cast<uint16_t>(isSat(C) ? sat16u(i) : i);
+    return static_cast<uint16_t>(isSat(C) ? sat16u(toInt<C>(x)) : toInt<C>(x));
   }
 };
 template <>
@@ -115,8 +118,7 @@ struct Depth<int16_t> {
   static float in(int16_t v) { return static_cast<float>(colour::in16s(v)); }
   template <Cv C>
   static int16_t out(float x) {
-    const int32_t i = isNear(C) ? roundF(x) : truncF(x);
-    return isSat(C) ? colour::out16sSat(i) : colour::out16sWrap(i);
+    return isSat(C) ? colour::out16sSat(toInt<C>(x)) : colour::out16sWrap(toInt<C>(x));
   }
 };
 template <class T>
