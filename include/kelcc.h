@@ -442,6 +442,43 @@ KELCC_API KelStatus keliYCCToRGB_32f_AC4R(const Kel32f* src, int srcStep, Kel32f
 
 /* ============================================================ RGB and BGR <-> HLS and HSV */
 /* @section hls-hsv */
+KELCC_API KelStatus keliRGBToHLS_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_16s_C3R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_16s_AC4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_16s_C3R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_16s_AC4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHSV_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHSV_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHSV_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHSV_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHSVToRGB_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHSVToRGB_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHSVToRGB_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHSVToRGB_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_P3C3R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_AC4P4R(const Kel8u* src, int srcStep, Kel8u* dst[4], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_AP4C4R(const Kel8u* const src[4], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_AP4R(const Kel8u* const src[4], int srcStep, Kel8u* dst[4], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToBGR_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToBGR_8u_P3C3R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToBGR_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToBGR_8u_AC4P4R(const Kel8u* src, int srcStep, Kel8u* dst[4], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToBGR_8u_AP4C4R(const Kel8u* const src[4], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToBGR_8u_AP4R(const Kel8u* const src[4], int srcStep, Kel8u* dst[4], int dstStep, KeliSize roi);
 
 /* ============================================================ RGB <-> LUV */
 /* @section luv */
