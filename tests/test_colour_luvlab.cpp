@@ -287,3 +287,27 @@ TEST(ColourLuvLab, ByteStepsStayInBytes) {
   }
   EXPECT_EQ(bgr, bgr2);
 }
+
+// Every member on random rows in which some pixels are zero in all samples
+// (D = 0, L = 0) and some in two: every vector path gives the scalar bytes.
+TEST(ColourLuvLab, VectorPathsWithZeroPixels) {
+  std::vector<Member> all = luvMembers();
+  for (const Member& m : labMembers()) all.push_back(m);
+  for (const Member& m : all) {
+    const KeliSize roi{77, 3};
+    std::vector<std::vector<uint8_t>> outs;
+    for (kel::Isa isa : paths()) {
+      IsaScope scope(isa);
+      Images im = makeImages(m, roi, StepMode::Tight, 0, 17);
+      Guarded& s = *im.src[0];
+      const int px = s.dim().rowBytes / roi.width;
+      for (int y = 0; y < roi.height; ++y)
+        for (int x = 0; x < roi.width; ++x)
+          if (x % 3 == 0)
+            for (int b = (x % 2) * px / 3; b < px; ++b) s.at(px * x + b, y) = 0;
+      ASSERT_EQ(run(m, im, roi), kelStatusOk);
+      outs.push_back(im.dst[0]->region());
+    }
+    for (size_t p = 1; p < outs.size(); ++p) EXPECT_EQ(outs[p], outs[0]) << m.name << " path " << p;
+  }
+}

@@ -29,6 +29,8 @@ extern const PowLuvTable POW_LUV;
 // times that scale by rounded 4 Y.
 extern const uint8_t powL[256];
 extern const uint16_t powLl[128];
+// The two joined on the scale of powLl, 32-bit, for the vector gathers.
+extern const int32_t powLq[384];
 
 // The vector bodies each instruction-set file provides.
 struct LuvKernels {
