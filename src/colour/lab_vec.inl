@@ -19,18 +19,17 @@ template <int Terms>
 inline f cube(f t) {
   return cubeRoot<Terms>(t, F::cvtt(F::mul(t, k1(127.998047f))), 0.0190012f, 0.0158343f);
 }
-template <int Terms>
-inline f fOf(f t) {
-  return sel(le(t, k1(0.008856f)), cube<Terms>(t), F::add(mulk(t, 7.787f), k1(0.13793103f)));
-}
+// f(t) from g(t): the linear branch at and below 0.008856.
+inline f fOf(f t, f g) { return sel(le(t, k1(0.008856f)), g, F::add(mulk(t, 7.787f), k1(0.13793103f))); }
 // L, a', b' of 4 pixels per lane, before the depth's scale.
 template <int Terms>
 inline void labOf(f B, f G, f R, f& L, f& a, f& b) {
   const f tx = F::mul(F::add(F::add(mulk(R, 0.412453f), mulk(G, 0.35758f)), mulk(B, 0.180423f)), k1(0.0041259914f));
   const f ty = F::mul(F::add(F::add(mulk(R, 0.212671f), mulk(G, 0.71516f)), mulk(B, 0.072169f)), k1(0.003921569f));
   const f tz = F::mul(F::add(F::add(mulk(R, 0.019334f), mulk(G, 0.119193f)), mulk(B, 0.950227f)), k1(0.0036018905f));
-  const f fx = fOf<Terms>(tx), fy = fOf<Terms>(ty), fz = fOf<Terms>(tz);
-  L = sel(le(ty, k1(0.008856f)), F::sub(F::mul(cube<Terms>(ty), k1(116.0f)), k1(16.0f)), mulk(ty, 903.3f));
+  const f gy = cube<Terms>(ty);  // serves f(ty) and L
+  const f fx = fOf(tx, cube<Terms>(tx)), fy = fOf(ty, gy), fz = fOf(tz, cube<Terms>(tz));
+  L = sel(le(ty, k1(0.008856f)), F::sub(F::mul(gy, k1(116.0f)), k1(16.0f)), mulk(ty, 903.3f));
   a = F::add(F::mul(F::sub(fx, fy), k1(500.0f)), k1(128.0f));
   b = F::add(F::mul(F::sub(fy, fz), k1(200.0f)), k1(128.0f));
 }
