@@ -26,14 +26,7 @@ void registerLuvLab() {
 
   for (int threads : {1, 2}) {
     const std::string t = threads == 1 ? "" : "@2t";
-    auto with = [threads](void (*f)()) {
-      return [threads, f] {
-        const int before = kelGetNumThreads();
-        kelSetNumThreads(threads);
-        f();
-        kelSetNumThreads(before);
-      };
-    };
+    auto with = [threads](void (*f)()) { return withThreads(threads, f); };
     add("RGBToLUV_8u_C3R" + t, "kel", 6 * px,
         with(+[] { keliRGBToLUV_8u_C3R(rgb.p, rgb.step, out.p, out.step, kRoi); }));
     add("RGBToLUV_8u_C3R" + t, "opencv", 6 * px, [] { cv::cvtColor(mRgb, mOut, cv::COLOR_RGB2Luv); });

@@ -57,7 +57,9 @@ struct RowOf {
     std::vector<Out> o(w);
     for (int x = 0; x < w; ++x) {
       for (int k = 0; k < 3; ++k) o[x][k] = d[ch * x + k];
-      if (ch == 4) EXPECT_EQ(d[4 * x + 3], D(100 + x)) << "destination alpha kept";
+      if (ch == 4) {
+        EXPECT_EQ(d[4 * x + 3], D(100 + x)) << "destination alpha kept";
+      }
     }
     return o;
   }
