@@ -37,6 +37,13 @@ std::vector<Member> labMembers() {
           member<Kel16u, Kel8u>("keliLabToBGR_16u8u_C3R", 3, keliLabToBGR_16u8u_C3R)};
 }
 
+std::vector<Member> allMembers() {
+  std::vector<Member> all = luvMembers();
+  for (Member& m : labMembers()) all.push_back(std::move(m));
+  return all;
+}
+KT_MEMBERS(allMembers);
+
 // One row of a member on pixels of three samples; an AC4 destination's
 // fourth sample must stay as it was.
 template <class S, class D = S>
@@ -73,10 +80,7 @@ using F3 = std::array<Kel32f, 3>;
 
 }  // namespace
 
-TEST(ColourLuvLab, GuardsErrorsAndPaths) {
-  checkAll(luvMembers());
-  checkAll(labMembers());
-}
+TEST(ColourLuvLab, GuardsErrorsAndPaths) { checkAll(allMembers()); }
 
 // LUV: rows to the team above 4096 pixels; Lab: at every size. The bytes are
 // the same for 1 to 4 threads.
@@ -293,9 +297,7 @@ TEST(ColourLuvLab, ByteStepsStayInBytes) {
 // Every member on random rows in which some pixels are zero in all samples
 // (D = 0, L = 0) and some in two: every vector path gives the scalar bytes.
 TEST(ColourLuvLab, VectorPathsWithZeroPixels) {
-  std::vector<Member> all = luvMembers();
-  for (const Member& m : labMembers()) all.push_back(m);
-  for (const Member& m : all) {
+  for (const Member& m : allMembers()) {
     const KeliSize roi{77, 3};
     std::vector<std::vector<uint8_t>> outs;
     for (kel::Isa isa : paths()) {
