@@ -482,9 +482,29 @@ KELCC_API KelStatus keliHLSToBGR_8u_AP4R(const Kel8u* const src[4], int srcStep,
 
 /* ============================================================ RGB <-> LUV */
 /* @section luv */
+KELCC_API KelStatus keliRGBToLUV_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToLUV_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToLUV_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToLUV_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToLUV_16s_C3R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToLUV_16s_AC4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToLUV_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToLUV_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliLUVToRGB_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliLUVToRGB_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliLUVToRGB_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliLUVToRGB_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliLUVToRGB_16s_C3R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliLUVToRGB_16s_AC4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliLUVToRGB_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliLUVToRGB_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
 
 /* ============================================================ BGR <-> Lab */
 /* @section lab */
+KELCC_API KelStatus keliBGRToLab_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToLab_8u16u_C3R(const Kel8u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliLabToBGR_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliLabToBGR_16u8u_C3R(const Kel16u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
 
 /* ============================================================ RGB to gray */
 /* @section gray */
