@@ -15,10 +15,21 @@
 #include <emmintrin.h>
 
 #include <cstdint>
+#include <cstring>
 
 namespace kel {
 namespace {
 namespace sum {
+
+// Rows of a float image may start anywhere (their address decides the
+// grouping): samples are read by bytes, never through a float pointer.
+inline float at(const float* s, int i) {
+  float v;
+  std::memcpy(&v, reinterpret_cast<const char*>(s) + 4 * static_cast<ptrdiff_t>(i), 4);
+  return v;
+}
+inline __m128 load1(const float* s) { return _mm_set_ss(at(s, 0)); }
+inline __m128 load2(const float* s) { return _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(s))); }
 
 struct Pair {
   float s0, s1;
@@ -28,7 +39,7 @@ struct Pair {
 struct Lanes {
   float v[4] = {0, 0, 0, 0};
   void add4(const float* x) {
-    for (int i = 0; i < 4; ++i) v[i] += x[i];
+    for (int i = 0; i < 4; ++i) v[i] += at(x, i);
   }
 };
 
@@ -38,8 +49,8 @@ inline Pair fastRowScalar(const float* s, int n) {
   if (a % 4 == 0 && a % 16 != 0) {
     const int k = 4 - static_cast<int>(a % 16) / 4;
     if (n >= k) {
-      if (k >= 2) A.v[0] += s[0], A.v[1] += s[1], s += 2;
-      if (k & 1) B.v[0] += *s++;
+      if (k >= 2) A.v[0] += at(s, 0), A.v[1] += at(s, 1), s += 2;
+      if (k & 1) B.v[0] += at(s, 0), ++s;
       n -= k;
     }
   }
@@ -50,8 +61,8 @@ inline Pair fastRowScalar(const float* s, int n) {
     if (n >= 8) A.add4(s), B.add4(s + 4), n -= 8, s += 8;
     if (n >= 4) C.add4(s), n -= 4, s += 4;
   }
-  if (n >= 2) D.v[0] += s[0], D.v[1] += s[1], n -= 2, s += 2;
-  if (n == 1) C.v[0] += s[0];
+  if (n >= 2) D.v[0] += at(s, 0), D.v[1] += at(s, 1), n -= 2, s += 2;
+  if (n == 1) C.v[0] += at(s, 0);
   float t[4];
   for (int i = 0; i < 4; ++i) t[i] = (A.v[i] + B.v[i]) + (C.v[i] + D.v[i]);
   return {t[0] + t[2], t[1] + t[3]};
@@ -64,8 +75,8 @@ inline Pair fastRow(const float* s, int n) {
   if (a % 4 == 0 && a % 16 != 0) {
     const int k = 4 - static_cast<int>(a % 16) / 4;
     if (n >= k) {
-      if (k >= 2) A = _mm_add_ps(A, _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(s)))), s += 2;
-      if (k & 1) B = _mm_add_ps(B, _mm_load_ss(s)), ++s;
+      if (k >= 2) A = _mm_add_ps(A, load2(s)), s += 2;
+      if (k & 1) B = _mm_add_ps(B, load1(s)), ++s;
       n -= k;
     }
   }
@@ -87,8 +98,8 @@ inline Pair fastRow(const float* s, int n) {
   }
   // Lanes not loaded add +0.0, which leaves every value (-0.0 included,
   // since the lanes start at +0.0) as the definition has it.
-  if (n >= 2) D = _mm_add_ps(D, _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(s)))), n -= 2, s += 2;
-  if (n == 1) C = _mm_add_ps(C, _mm_load_ss(s));
+  if (n >= 2) D = _mm_add_ps(D, load2(s)), n -= 2, s += 2;
+  if (n == 1) C = _mm_add_ps(C, load1(s));
   const __m128 t = _mm_add_ps(_mm_add_ps(A, B), _mm_add_ps(C, D));
   const __m128 f = _mm_add_ps(t, _mm_movehl_ps(t, t));  // lanes 0, 1: t0 + t2, t1 + t3
   return {_mm_cvtss_f32(f), _mm_cvtss_f32(_mm_shuffle_ps(f, f, 1))};
@@ -106,14 +117,14 @@ struct Accurate {
       for (int blk = 0; blk < 2 * p16; blk += 32) {
         const float* b = c + blk;
         for (int i = 0; i < 4; ++i) {
-          L[i] += b[2 * i];
-          N[i] += b[2 * i + 1];
-          M[i] += b[8 + 2 * i];
-          N[i] += b[9 + 2 * i];
-          L[i] += b[16 + 2 * i];
-          N[i] += b[17 + 2 * i];
-          M[i] += b[24 + 2 * i];
-          N[i] += b[25 + 2 * i];
+          L[i] += at(b, 2 * i);
+          N[i] += at(b, 2 * i + 1);
+          M[i] += at(b, 8 + 2 * i);
+          N[i] += at(b, 9 + 2 * i);
+          L[i] += at(b, 16 + 2 * i);
+          N[i] += at(b, 17 + 2 * i);
+          M[i] += at(b, 24 + 2 * i);
+          N[i] += at(b, 25 + 2 * i);
         }
       }
       O = (N[0] + N[2]) + (N[1] + N[3]);
@@ -123,10 +134,10 @@ struct Accurate {
       j = p16;
     }
     for (; j < p; ++j) {
-      E += c[2 * j];
-      O += c[2 * j + 1];
+      E += at(c, 2 * j);
+      O += at(c, 2 * j + 1);
     }
-    if (w & 1) E += c[w - 1];
+    if (w & 1) E += at(c, w - 1);
   }
   double result() const { return O + E; }
 };

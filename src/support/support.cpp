@@ -72,7 +72,7 @@ void maxRow(const float* s, int n, __m128& m0, __m128& m1) {
     m0 = _mm_max_ps(m0, _mm_loadu_ps(s + i));
     m1 = _mm_max_ps(m1, _mm_loadu_ps(s + i + 4));
   }
-  for (; i < n; ++i) m0 = _mm_max_ss(m0, _mm_load_ss(s + i));
+  for (; i < n; ++i) m0 = _mm_max_ss(m0, sum::load1(s + i));
 }
 
 }  // namespace
