@@ -44,11 +44,16 @@ inline void mapRow(const uint8_t* s, uint8_t* d, int x, int n, bool ac4, Map&& f
 }
 
 // ---- 8u: the constant tables --------------------------------------------------
+// The byte-permute look-up needs AVX-512 VBMI besides the AVX-512 level that
+// the processor check gives (and that a test may lower).
+inline bool wideLookUp() { return activeIsa() >= Isa::AVX512 && __builtin_cpu_supports("avx512vbmi"); }
+
 struct Op8 {
   const uint8_t* table;
   KelStatus operator()(const Planes& im, KeliSize roi) const {
-    const Chain<KernLut> chain =
+    Chain<KernLut> chain =
         chainFor(im.ac4 ? &GammaKernels::lutAC4 : &GammaKernels::lut, sse41::kGammaKernels, avx2::kGammaKernels);
+    if (wideLookUp()) chain = {{im.ac4 ? avx2::kGammaKernels.lutWideAC4 : avx2::kGammaKernels.lutWide, nullptr}};
     const uint8_t* t = table;
     forPlanes(im, roi.height, [&](const uint8_t* s, uint8_t* d) {
       int x = 0;

@@ -22,8 +22,10 @@ namespace kel {
 // blocks are whole pixels, so x stays on a pixel.
 using KernLut = int (*)(const uint8_t* s, uint8_t* d, int x, int n, const uint8_t* table);
 
+// `lutWide`, `lutWideAC4`: the AVX-512 VBMI kernels (in the AVX2 table
+// only), which finish the row themselves.
 struct GammaKernels {
-  KernLut lut, lutAC4;
+  KernLut lut, lutAC4, lutWide, lutWideAC4;
 };
 namespace sse41 {
 extern const GammaKernels kGammaKernels;

@@ -53,9 +53,47 @@ int lutAC4(const uint8_t* s, uint8_t* d, int x, int n, const uint8_t* table) {
   return x;
 }
 
+#if KEL_ISA == KEL_ISA_AVX2
+// Processors with AVX-512 VBMI hold the whole table in four registers: two
+// two-register byte permutes look up the low and the high half of the table
+// by the low 7 bits of each sample, and bit 7 picks one of them. Masked loads
+// and stores (which touch no byte outside the mask) take the rest of the row,
+// and leave the fourth byte of each four-byte pixel in the AC4 form, so the
+// kernel always finishes the row.
+#define KEL_WIDE_TARGET __attribute__((target("avx512f,avx512bw,avx512vbmi")))
+struct Lut512 {
+  __m512i t[4];
+};
+KEL_WIDE_TARGET inline __m512i look512(const Lut512& l, __m512i v) {
+  const __m512i a = _mm512_permutex2var_epi8(l.t[0], v, l.t[1]), b = _mm512_permutex2var_epi8(l.t[2], v, l.t[3]);
+  return _mm512_mask_blend_epi8(_mm512_movepi8_mask(v), a, b);
+}
+template <bool AC4>
+KEL_WIDE_TARGET int lutWide(const uint8_t* s, uint8_t* d, int x, int n, const uint8_t* table) {
+  Lut512 l;
+  for (int k = 0; k < 4; ++k) l.t[k] = _mm512_loadu_si512(table + 64 * k);
+  constexpr __mmask64 kColour = AC4 ? 0x7777777777777777ull : ~0ull;
+  for (; x + 64 <= n; x += 64) {
+    const __m512i v = look512(l, _mm512_loadu_si512(s + x));
+    if constexpr (AC4) _mm512_mask_storeu_epi8(d + x, kColour, v);
+    else _mm512_storeu_si512(d + x, v);
+  }
+  if (x < n) {
+    const __mmask64 m = (~0ull >> (64 - (n - x)));
+    _mm512_mask_storeu_epi8(d + x, m & kColour, look512(l, _mm512_maskz_loadu_epi8(m, s + x)));
+  }
+  return n;
+}
+#undef KEL_WIDE_TARGET
+#endif
+
 }  // namespace
 
-extern const GammaKernels kGammaKernels = {lut, lutAC4};
+#if KEL_ISA == KEL_ISA_AVX2
+extern const GammaKernels kGammaKernels = {lut, lutAC4, lutWide<false>, lutWide<true>};
+#else
+extern const GammaKernels kGammaKernels = {lut, lutAC4, nullptr, nullptr};
+#endif
 
 }  // namespace KEL_ISA_NS
 }  // namespace kel
