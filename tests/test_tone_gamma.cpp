@@ -141,6 +141,8 @@ std::vector<Kel16u> perSample(Fn<Kel16u> f, const std::vector<Kel16u>& in) {
 
 }  // namespace
 
+KT_MEMBERS(members);
+
 TEST(ToneGamma, GuardsErrorsAndPaths) { checkAll(members()); }
 
 // The 8-bit tables follow from the curve at the scale 255, rounded to the

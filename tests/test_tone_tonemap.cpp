@@ -44,12 +44,18 @@ std::vector<Kel32f> row(std::vector<Kel32f> head, int n, float v) {
 // destination's region is written, and every path gives the same bytes.
 // (The harness's images are random bit patterns, dominated by a few huge
 // samples; the next test holds the paths to each other on moderate ones.)
+std::vector<Member> members() {
+  return {member("keliToneMapLinear_32f8u_C1R", keliToneMapLinear_32f8u_C1R),
+          member("keliToneMapMean_32f8u_C1R", keliToneMapMean_32f8u_C1R)};
+}
+KT_MEMBERS(members);
+
 TEST(ToneMap, GuardsAndPaths) {
-  for (const Member& m : {member("keliToneMapLinear_32f8u_C1R", keliToneMapLinear_32f8u_C1R),
-                          member("keliToneMapMean_32f8u_C1R", keliToneMapMean_32f8u_C1R)}) {
+  for (const Member& m : members()) {
     SCOPED_TRACE(m.name);
     checkGuards(m);
     checkPaths(m);
+    checkPageEdges(m);
   }
 }
 
