@@ -14,17 +14,6 @@ namespace {
 // ---- the members in the harness's terms -----------------------------------------
 template <class T>
 using Fn = KelStatus (*)(const T*, int, T*, int, KeliSize);
-template <class T>
-using FnI = KelStatus (*)(T*, int, KeliSize);
-template <class T>
-using FnP = KelStatus (*)(const T* const[3], int, T*[3], int, KeliSize);
-template <class T>
-using FnIP = KelStatus (*)(T*[3], int, KeliSize);
-using Fn32 = KelStatus (*)(const Kel32f*, int, Kel32f*, int, KeliSize, Kel32f, Kel32f);
-using FnI32 = KelStatus (*)(Kel32f*, int, KeliSize, Kel32f, Kel32f);
-using FnP32 = KelStatus (*)(const Kel32f* const[3], int, Kel32f*[3], int, KeliSize, Kel32f, Kel32f);
-using FnIP32 = KelStatus (*)(Kel32f*[3], int, KeliSize, Kel32f, Kel32f);
-
 constexpr float kLo = 0.0f, kHi = 1.0f;
 
 template <class T>
@@ -51,46 +40,27 @@ T** dPlanes(Call& c) {
   return reinterpret_cast<T**>(c.dArr(3));
 }
 
-template <class T>
-std::vector<Member> sixOf(const std::string& op, Fn<T> c3, FnI<T> c3i, Fn<T> ac4, FnI<T> ac4i, FnP<T> p3, FnIP<T> ip3) {
+// The six layouts of one depth and direction; `extra` are the arguments
+// behind the size (the 32f range).
+template <class T, class F, class FI, class FP, class FIP, class... X>
+std::vector<Member> sixOf(const std::string& op, F c3, FI c3i, F ac4, FI ac4i, FP p3, FIP ip3, X... extra) {
   std::vector<Member> v;
-  v.push_back(base<T>(op + "_C3R", 3, false, false));
-  v.back().call = [c3](Call& c) { return c3(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi()); };
-  v.push_back(base<T>(op + "_C3IR", 3, true, false));
-  v.back().call = [c3i](Call& c) { return c3i(c.dT<T>(0), c.ds(0), c.roi()); };
-  v.push_back(base<T>(op + "_AC4R", 4, false, false));
-  v.back().call = [ac4](Call& c) { return ac4(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi()); };
-  v.push_back(base<T>(op + "_AC4IR", 4, true, false));
-  v.back().call = [ac4i](Call& c) { return ac4i(c.dT<T>(0), c.ds(0), c.roi()); };
+  for (F f : {c3, ac4}) {
+    v.push_back(base<T>(op + (f == c3 ? "_C3R" : "_AC4R"), f == c3 ? 3 : 4, false, false));
+    v.back().call = [=](Call& c) { return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), extra...); };
+  }
+  for (FI f : {c3i, ac4i}) {
+    v.push_back(base<T>(op + (f == c3i ? "_C3IR" : "_AC4IR"), f == c3i ? 3 : 4, true, false));
+    v.back().call = [=](Call& c) { return f(c.dT<T>(0), c.ds(0), c.roi(), extra...); };
+  }
   v.push_back(base<T>(op + "_P3R", 1, false, true));
-  v.back().call = [p3](Call& c) {
+  v.back().call = [=](Call& c) {
     const T* const* s = sPlanes<T>(c);
     const int ss = c.ss(0);
-    return p3(s, ss, dPlanes<T>(c), c.ds(0), c.roi());
+    return p3(s, ss, dPlanes<T>(c), c.ds(0), c.roi(), extra...);
   };
   v.push_back(base<T>(op + "_IP3R", 1, true, true));
-  v.back().call = [ip3](Call& c) { return ip3(dPlanes<T>(c), c.ds(0), c.roi()); };
-  return v;
-}
-std::vector<Member> sixOf32(const std::string& op, Fn32 c3, FnI32 c3i, Fn32 ac4, FnI32 ac4i, FnP32 p3, FnIP32 ip3) {
-  using T = Kel32f;
-  std::vector<Member> v;
-  v.push_back(base<T>(op + "_C3R", 3, false, false));
-  v.back().call = [c3](Call& c) { return c3(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), kLo, kHi); };
-  v.push_back(base<T>(op + "_C3IR", 3, true, false));
-  v.back().call = [c3i](Call& c) { return c3i(c.dT<T>(0), c.ds(0), c.roi(), kLo, kHi); };
-  v.push_back(base<T>(op + "_AC4R", 4, false, false));
-  v.back().call = [ac4](Call& c) { return ac4(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), kLo, kHi); };
-  v.push_back(base<T>(op + "_AC4IR", 4, true, false));
-  v.back().call = [ac4i](Call& c) { return ac4i(c.dT<T>(0), c.ds(0), c.roi(), kLo, kHi); };
-  v.push_back(base<T>(op + "_P3R", 1, false, true));
-  v.back().call = [p3](Call& c) {
-    const T* const* s = sPlanes<T>(c);
-    const int ss = c.ss(0);
-    return p3(s, ss, dPlanes<T>(c), c.ds(0), c.roi(), kLo, kHi);
-  };
-  v.push_back(base<T>(op + "_IP3R", 1, true, true));
-  v.back().call = [ip3](Call& c) { return ip3(dPlanes<T>(c), c.ds(0), c.roi(), kLo, kHi); };
+  v.back().call = [=](Call& c) { return ip3(dPlanes<T>(c), c.ds(0), c.roi(), extra...); };
   return v;
 }
 
@@ -102,7 +72,8 @@ std::vector<Member> members() {
   for (auto&& v : {sixOf<Kel8u>("keliGammaFwd_8u", KT_SIX(Fwd, 8u)), sixOf<Kel8u>("keliGammaInv_8u", KT_SIX(Inv, 8u)),
                    sixOf<Kel16u>("keliGammaFwd_16u", KT_SIX(Fwd, 16u)),
                    sixOf<Kel16u>("keliGammaInv_16u", KT_SIX(Inv, 16u)),
-                   sixOf32("keliGammaFwd_32f", KT_SIX(Fwd, 32f)), sixOf32("keliGammaInv_32f", KT_SIX(Inv, 32f))})
+                   sixOf<Kel32f>("keliGammaFwd_32f", KT_SIX(Fwd, 32f), kLo, kHi),
+                   sixOf<Kel32f>("keliGammaInv_32f", KT_SIX(Inv, 32f), kLo, kHi)})
     all.insert(all.end(), v.begin(), v.end());
   return all;
 }
