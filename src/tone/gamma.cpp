@@ -50,6 +50,7 @@ inline bool wideLookUp() { return activeIsa() >= Isa::AVX512 && __builtin_cpu_su
 
 struct Op8 {
   const uint8_t* table;
+  static constexpr bool rangeOk() { return true; }
   KelStatus operator()(const Planes& im, KeliSize roi) const {
     Chain<KernLut> chain =
         chainFor(im.ac4 ? &GammaKernels::lutAC4 : &GammaKernels::lut, sse41::kGammaKernels, avx2::kGammaKernels);
@@ -69,6 +70,7 @@ struct Op8 {
 template <bool Fwd>
 struct Op16 {
   static uint16_t curve(int i) { return Fwd ? fwd16(i) : inv16(i); }
+  static constexpr bool rangeOk() { return true; }
   KelStatus operator()(const Planes& im, KeliSize roi) const {
     // The sample count with 3 per pixel, also for AC4 and planes, as a 32-bit
     // product (wrapping: an image too large for it is computed per sample,
@@ -97,9 +99,11 @@ struct Op16 {
 // ---- 32f: per sample over the caller's range ------------------------------------
 template <bool Fwd>
 struct Op32 {
-  Range32 range;
+  float lo, hi;
+  Op32(float vMin, float vMax) : lo(vMin), hi(vMax) {}
+  bool rangeOk() const { return !rangeEmpty(lo, hi); }
   KelStatus operator()(const Planes& im, KeliSize roi) const {
-    const Range32 r = range;
+    const Range32 r(lo, hi);
     forPlanes(im, roi.height, [&](const uint8_t* s, uint8_t* d) {
       mapRow<float>(s, d, 0, im.samples, im.ac4, [&r](float v) { return Fwd ? fwd32(v, r) : inv32(v, r); });
     });
@@ -108,9 +112,10 @@ struct Op32 {
 };
 
 // ---- outer functions ------------------------------------------------------------
-// Order C: pointers (array entries included), size, steps; then the member's
-// own work, which for 16u may still fail to allocate its table. In-place
-// forms pass their one image as source and destination.
+// Order E: the 32f range (always right at the other depths), then order C:
+// pointers (array entries included), size, steps; then the member's own
+// work, which for 16u may still fail to allocate its table. In-place forms
+// pass their one image as source and destination.
 template <class T>
 inline const uint8_t* bytes(const T* p) {
   return reinterpret_cast<const uint8_t*>(p);
@@ -122,13 +127,13 @@ inline uint8_t* bytes(T* p) {
 
 template <Form F, class T, class Op>
 KelStatus interleaved(const T* src, int ss, T* dst, int ds, KeliSize roi, const Op& op) {
-  if (KelStatus st = checkC({src, dst}, {}, roi, {ss, ds})) return st;
+  if (KelStatus st = checkE(op.rangeOk(), {src, dst}, {}, roi, {ss, ds})) return st;
   const Planes im{{bytes(src)}, {bytes(dst)}, ss, ds, 1, (F == Form::C3 ? 3 : 4) * roi.width, F == Form::AC4};
   return op(im, roi);
 }
 template <class T, class Op>
 KelStatus planar(const T* const* src, int ss, T* const* dst, int ds, KeliSize roi, const Op& op) {
-  if (KelStatus st = checkC({}, {planes(src, 3), planes(dst, 3)}, roi, {ss, ds})) return st;
+  if (KelStatus st = checkE(op.rangeOk(), {}, {planes(src, 3), planes(dst, 3)}, roi, {ss, ds})) return st;
   const Planes im{{bytes(src[0]), bytes(src[1]), bytes(src[2])},
                   {bytes(dst[0]), bytes(dst[1]), bytes(dst[2])},
                   ss,
@@ -137,17 +142,6 @@ KelStatus planar(const T* const* src, int ss, T* const* dst, int ds, KeliSize ro
                   roi.width,
                   false};
   return op(im, roi);
-}
-// Order E: the 32f range before everything else.
-template <Form F, bool Fwd>
-KelStatus interleaved32(const Kel32f* src, int ss, Kel32f* dst, int ds, KeliSize roi, Kel32f lo, Kel32f hi) {
-  if (rangeEmpty(lo, hi)) return kelStatusBadRange;
-  return interleaved<F>(src, ss, dst, ds, roi, Op32<Fwd>{Range32(lo, hi)});
-}
-template <bool Fwd>
-KelStatus planar32(const Kel32f* const* src, int ss, Kel32f* const* dst, int ds, KeliSize roi, Kel32f lo, Kel32f hi) {
-  if (rangeEmpty(lo, hi)) return kelStatusBadRange;
-  return planar(src, ss, dst, ds, roi, Op32<Fwd>{Range32(lo, hi)});
 }
 
 constexpr Op8 kFwd8{tableFwd8u}, kInv8{tableInv8u};
@@ -167,61 +161,40 @@ using namespace kel;
 
 extern "C" {
 
-#define KEL_GAMMA_INT(Dir, dep, T, op)                                                                      \
-  KelStatus keliGamma##Dir##_##dep##_C3R(const T* src, int srcStep, T* dst, int dstStep, KeliSize roi) {   \
+// The arguments behind the size: the value range of the 32f forms.
+#define KEL_GAMMA_ARGS_8u
+#define KEL_GAMMA_ARGS_16u
+#define KEL_GAMMA_ARGS_32f , Kel32f vMin, Kel32f vMax
+
+#define KEL_GAMMA(Dir, dep, T, op)                                                                          \
+  KelStatus keliGamma##Dir##_##dep##_C3R(const T* src, int srcStep, T* dst, int dstStep,                    \
+                                         KeliSize roi KEL_GAMMA_ARGS_##dep) {                               \
     return interleaved<Form::C3>(src, srcStep, dst, dstStep, roi, op);                                     \
   }                                                                                                         \
-  KelStatus keliGamma##Dir##_##dep##_C3IR(T* srcDst, int srcDstStep, KeliSize roi) {                        \
+  KelStatus keliGamma##Dir##_##dep##_C3IR(T* srcDst, int srcDstStep, KeliSize roi KEL_GAMMA_ARGS_##dep) {   \
     return interleaved<Form::C3>(srcDst, srcDstStep, srcDst, srcDstStep, roi, op);                          \
   }                                                                                                         \
-  KelStatus keliGamma##Dir##_##dep##_AC4R(const T* src, int srcStep, T* dst, int dstStep, KeliSize roi) {  \
+  KelStatus keliGamma##Dir##_##dep##_AC4R(const T* src, int srcStep, T* dst, int dstStep,                   \
+                                          KeliSize roi KEL_GAMMA_ARGS_##dep) {                              \
     return interleaved<Form::AC4>(src, srcStep, dst, dstStep, roi, op);                                    \
   }                                                                                                         \
-  KelStatus keliGamma##Dir##_##dep##_AC4IR(T* srcDst, int srcDstStep, KeliSize roi) {                       \
+  KelStatus keliGamma##Dir##_##dep##_AC4IR(T* srcDst, int srcDstStep, KeliSize roi KEL_GAMMA_ARGS_##dep) {  \
     return interleaved<Form::AC4>(srcDst, srcDstStep, srcDst, srcDstStep, roi, op);                         \
   }                                                                                                         \
   KelStatus keliGamma##Dir##_##dep##_P3R(const T* const src[3], int srcStep, T* dst[3], int dstStep,        \
-                                         KeliSize roi) {                                                    \
+                                         KeliSize roi KEL_GAMMA_ARGS_##dep) {                               \
     return planar(src, srcStep, dst, dstStep, roi, op);                                                     \
   }                                                                                                         \
-  KelStatus keliGamma##Dir##_##dep##_IP3R(T* srcDst[3], int srcDstStep, KeliSize roi) {                     \
+  KelStatus keliGamma##Dir##_##dep##_IP3R(T* srcDst[3], int srcDstStep, KeliSize roi KEL_GAMMA_ARGS_##dep) { \
     return planar(srcDst, srcDstStep, srcDst, srcDstStep, roi, op);                                         \
   }
 
-KEL_GAMMA_INT(Fwd, 8u, Kel8u, kFwd8)
-KEL_GAMMA_INT(Inv, 8u, Kel8u, kInv8)
-KEL_GAMMA_INT(Fwd, 16u, Kel16u, kFwd16)
-KEL_GAMMA_INT(Inv, 16u, Kel16u, kInv16)
-#undef KEL_GAMMA_INT
-
-#define KEL_GAMMA_32F(Dir, fwd)                                                                             \
-  KelStatus keliGamma##Dir##_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi, \
-                                     Kel32f vMin, Kel32f vMax) {                                            \
-    return interleaved32<Form::C3, fwd>(src, srcStep, dst, dstStep, roi, vMin, vMax);                       \
-  }                                                                                                         \
-  KelStatus keliGamma##Dir##_32f_C3IR(Kel32f* srcDst, int srcDstStep, KeliSize roi, Kel32f vMin,            \
-                                      Kel32f vMax) {                                                        \
-    return interleaved32<Form::C3, fwd>(srcDst, srcDstStep, srcDst, srcDstStep, roi, vMin, vMax);           \
-  }                                                                                                         \
-  KelStatus keliGamma##Dir##_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep,             \
-                                      KeliSize roi, Kel32f vMin, Kel32f vMax) {                             \
-    return interleaved32<Form::AC4, fwd>(src, srcStep, dst, dstStep, roi, vMin, vMax);                      \
-  }                                                                                                         \
-  KelStatus keliGamma##Dir##_32f_AC4IR(Kel32f* srcDst, int srcDstStep, KeliSize roi, Kel32f vMin,           \
-                                       Kel32f vMax) {                                                       \
-    return interleaved32<Form::AC4, fwd>(srcDst, srcDstStep, srcDst, srcDstStep, roi, vMin, vMax);          \
-  }                                                                                                         \
-  KelStatus keliGamma##Dir##_32f_P3R(const Kel32f* const src[3], int srcStep, Kel32f* dst[3], int dstStep,  \
-                                     KeliSize roi, Kel32f vMin, Kel32f vMax) {                              \
-    return planar32<fwd>(src, srcStep, dst, dstStep, roi, vMin, vMax);                                      \
-  }                                                                                                         \
-  KelStatus keliGamma##Dir##_32f_IP3R(Kel32f* srcDst[3], int srcDstStep, KeliSize roi, Kel32f vMin,         \
-                                      Kel32f vMax) {                                                        \
-    return planar32<fwd>(srcDst, srcDstStep, srcDst, srcDstStep, roi, vMin, vMax);                          \
-  }
-
-KEL_GAMMA_32F(Fwd, true)
-KEL_GAMMA_32F(Inv, false)
-#undef KEL_GAMMA_32F
+KEL_GAMMA(Fwd, 8u, Kel8u, kFwd8)
+KEL_GAMMA(Inv, 8u, Kel8u, kInv8)
+KEL_GAMMA(Fwd, 16u, Kel16u, kFwd16)
+KEL_GAMMA(Inv, 16u, Kel16u, kInv16)
+KEL_GAMMA(Fwd, 32f, Kel32f, (Op32<true>(vMin, vMax)))
+KEL_GAMMA(Inv, 32f, Kel32f, (Op32<false>(vMin, vMax)))
+#undef KEL_GAMMA
 
 }  // extern "C"
