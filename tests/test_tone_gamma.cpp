@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstring>
 #include <random>
+#include <tuple>
 
 #include "core/core_test.h"
 #include "harness.h"
@@ -41,26 +42,38 @@ T** dPlanes(Call& c) {
 }
 
 // The six layouts of one depth and direction; `extra` are the arguments
-// behind the size (the 32f range).
+// behind the size (the 32f range), which the fuzzer may replace.
 template <class T, class F, class FI, class FP, class FIP, class... X>
 std::vector<Member> sixOf(const std::string& op, F c3, FI c3i, F ac4, FI ac4i, FP p3, FIP ip3, X... extra) {
+  // Braced initialisation draws the values left to right.
+  auto params = [=](Call& c) { return std::tuple<X...>{c.paramF(extra)...}; };
   std::vector<Member> v;
   for (F f : {c3, ac4}) {
     v.push_back(base<T>(op + (f == c3 ? "_C3R" : "_AC4R"), f == c3 ? 3 : 4, false, false));
-    v.back().call = [=](Call& c) { return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), extra...); };
+    v.back().call = [=](Call& c) {
+      const T* s = c.sT<T>(0);
+      T* d = c.dT<T>(0);
+      return std::apply([&](auto... e) { return f(s, c.ss(0), d, c.ds(0), c.roi(), e...); }, params(c));
+    };
   }
   for (FI f : {c3i, ac4i}) {
     v.push_back(base<T>(op + (f == c3i ? "_C3IR" : "_AC4IR"), f == c3i ? 3 : 4, true, false));
-    v.back().call = [=](Call& c) { return f(c.dT<T>(0), c.ds(0), c.roi(), extra...); };
+    v.back().call = [=](Call& c) {
+      T* d = c.dT<T>(0);
+      return std::apply([&](auto... e) { return f(d, c.ds(0), c.roi(), e...); }, params(c));
+    };
   }
   v.push_back(base<T>(op + "_P3R", 1, false, true));
   v.back().call = [=](Call& c) {
     const T* const* s = sPlanes<T>(c);
-    const int ss = c.ss(0);
-    return p3(s, ss, dPlanes<T>(c), c.ds(0), c.roi(), extra...);
+    T** d = dPlanes<T>(c);
+    return std::apply([&](auto... e) { return p3(s, c.ss(0), d, c.ds(0), c.roi(), e...); }, params(c));
   };
   v.push_back(base<T>(op + "_IP3R", 1, true, true));
-  v.back().call = [=](Call& c) { return ip3(dPlanes<T>(c), c.ds(0), c.roi(), extra...); };
+  v.back().call = [=](Call& c) {
+    T** d = dPlanes<T>(c);
+    return std::apply([&](auto... e) { return ip3(d, c.ds(0), c.roi(), e...); }, params(c));
+  };
   return v;
 }
 
