@@ -536,12 +536,62 @@ KELCC_API KelStatus keliColorToGray_32f_AC4C1R(const Kel32f* src, int srcStep, K
 
 /* ============================================================ Gamma curves */
 /* @section gamma */
+/* The gamma curve (linear foot, power 0.45 above; Fwd) and its inverse (Inv).
+   Steps are bytes, at least 1. 8u maps through constant tables; 16u computes
+   in double precision, through a per-call table of 65536 entries above 65536
+   samples (kelStatusNoMemory if it cannot be allocated); 32f maps the range
+   vMin..vMax (empty or reversed: kelStatusBadRange, checked first) and does
+   not clamp. AC4 forms leave the fourth sample as it was; P3 planes share
+   one step. */
+KELCC_API KelStatus keliGammaFwd_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaFwd_8u_C3IR(Kel8u* srcDst, int srcDstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaFwd_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaFwd_8u_AC4IR(Kel8u* srcDst, int srcDstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaFwd_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaFwd_8u_IP3R(Kel8u* srcDst[3], int srcDstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaInv_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaInv_8u_C3IR(Kel8u* srcDst, int srcDstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaInv_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaInv_8u_AC4IR(Kel8u* srcDst, int srcDstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaInv_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaInv_8u_IP3R(Kel8u* srcDst[3], int srcDstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaFwd_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaFwd_16u_C3IR(Kel16u* srcDst, int srcDstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaFwd_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaFwd_16u_AC4IR(Kel16u* srcDst, int srcDstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaFwd_16u_P3R(const Kel16u* const src[3], int srcStep, Kel16u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaFwd_16u_IP3R(Kel16u* srcDst[3], int srcDstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaInv_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaInv_16u_C3IR(Kel16u* srcDst, int srcDstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaInv_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaInv_16u_AC4IR(Kel16u* srcDst, int srcDstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaInv_16u_P3R(const Kel16u* const src[3], int srcStep, Kel16u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaInv_16u_IP3R(Kel16u* srcDst[3], int srcDstStep, KeliSize roi);
+KELCC_API KelStatus keliGammaFwd_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi, Kel32f vMin, Kel32f vMax);
+KELCC_API KelStatus keliGammaFwd_32f_C3IR(Kel32f* srcDst, int srcDstStep, KeliSize roi, Kel32f vMin, Kel32f vMax);
+KELCC_API KelStatus keliGammaFwd_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi, Kel32f vMin, Kel32f vMax);
+KELCC_API KelStatus keliGammaFwd_32f_AC4IR(Kel32f* srcDst, int srcDstStep, KeliSize roi, Kel32f vMin, Kel32f vMax);
+KELCC_API KelStatus keliGammaFwd_32f_P3R(const Kel32f* const src[3], int srcStep, Kel32f* dst[3], int dstStep, KeliSize roi, Kel32f vMin, Kel32f vMax);
+KELCC_API KelStatus keliGammaFwd_32f_IP3R(Kel32f* srcDst[3], int srcDstStep, KeliSize roi, Kel32f vMin, Kel32f vMax);
+KELCC_API KelStatus keliGammaInv_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi, Kel32f vMin, Kel32f vMax);
+KELCC_API KelStatus keliGammaInv_32f_C3IR(Kel32f* srcDst, int srcDstStep, KeliSize roi, Kel32f vMin, Kel32f vMax);
+KELCC_API KelStatus keliGammaInv_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi, Kel32f vMin, Kel32f vMax);
+KELCC_API KelStatus keliGammaInv_32f_AC4IR(Kel32f* srcDst, int srcDstStep, KeliSize roi, Kel32f vMin, Kel32f vMax);
+KELCC_API KelStatus keliGammaInv_32f_P3R(const Kel32f* const src[3], int srcStep, Kel32f* dst[3], int dstStep, KeliSize roi, Kel32f vMin, Kel32f vMax);
+KELCC_API KelStatus keliGammaInv_32f_IP3R(Kel32f* srcDst[3], int srcDstStep, KeliSize roi, Kel32f vMin, Kel32f vMax);
 
 /* ============================================================ Colour twist */
 /* @section twist */
 
 /* ============================================================ Tone mapping */
 /* @section tonemap */
+/* One scale for a float image of any range into 8 bits: Linear maps the
+   maximum to 255 (the low 8 bits of the truncated product are stored), Mean
+   maps twice the mean to 255 (limited to 0..255). A negative statistic gives
+   kelStatusNothingDone with the destination untouched; one near zero a black
+   image. */
+KELCC_API KelStatus keliToneMapLinear_32f8u_C1R(const Kel32f* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliToneMapMean_32f8u_C1R(const Kel32f* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
 
 /* ============================================================ Bit-depth reduction */
 /* @section reduce */

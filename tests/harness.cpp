@@ -210,6 +210,7 @@ Images makeImages(const Member& m, KeliSize roi, StepMode mode, int align, uint3
           uint32_t u;
           std::memcpy(&u, &g->at(x, y), 4);
           if (((u >> 23) & 0xFF) == 0xFF) u &= ~(1u << 30);  // NaN or infinity: a finite value
+          if (m.nonNegativeFloats) u &= 0x7FFFFFFFu;
           std::memcpy(&g->at(x, y), &u, 4);
         }
       g->snapshot();

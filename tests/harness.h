@@ -127,6 +127,9 @@ struct Member {
   // survives an operation with two NaN operands depends on their order, which
   // compilers may swap in scalar code; no result depends on payloads.
   bool finiteFloats = false;
+  // With finiteFloats: no negative values either (members whose result
+  // depends on the sign of a statistic of the whole image).
+  bool nonNegativeFloats = false;
   // The member does not examine the height: a height below 1 is no error,
   // it does nothing and returns kelStatusOk.
   bool heightUnchecked = false;
