@@ -4,6 +4,8 @@
 #include <functional>
 #include <vector>
 
+#include <omp.h>
+
 #include "harness.h"
 
 using namespace kt;
@@ -507,4 +509,57 @@ TEST(ChromaPlanes, SizesOffTheGridAreRefused) {
         EXPECT_TRUE(std::all_of(out.begin(), out.end(), [](Kel8u b) { return b == 0xEE; }));
       }
     }
+}
+
+// A team smaller than the thread count asked for (here: a call made inside a
+// parallel region, where a nested region gets one thread) still does every
+// row, with the bytes of the serial call.
+TEST(ChromaGrids, InterlacedMembersDoEveryRowInASmallerTeam) {
+  const KeliSize roi{256, 264};
+  for (const Member& m : members()) {
+    if (!isInterlace(m)) continue;
+    Images ref = makeImages(m, roi, StepMode::Padded, 0, 31);
+    {
+      ThreadScope one(1);
+      ASSERT_EQ(run(m, ref, roi), kelStatusOk);
+    }
+    Images got[2] = {makeImages(m, roi, StepMode::Padded, 0, 31), makeImages(m, roi, StepMode::Padded, 0, 31)};
+    KelStatus st[2];
+    const int levels = omp_get_max_active_levels();
+    omp_set_max_active_levels(1);
+    {
+      ThreadScope four(4);
+#pragma omp parallel for num_threads(2)
+      for (int i = 0; i < 2; ++i) st[i] = run(m, got[i], roi);
+    }
+    omp_set_max_active_levels(levels);
+    for (int i = 0; i < 2; ++i) {
+      EXPECT_EQ(st[i], kelStatusOk);
+      for (size_t k = 0; k < ref.dst.size(); ++k) EXPECT_TRUE(got[i].dst[k]->region() == ref.dst[k]->region()) << m.name;
+    }
+  }
+}
+
+// Each destination chroma plane advances by its own step.
+TEST(ChromaGrids, ChromaPlanesWithUnequalSteps) {
+  const P3Fn fs[] = {keliYCbCr422To420_Interlace_8u_P3R, keliYCbCr420To422_Interlace_8u_P3R,
+                     keliYCbCr420ToYCbCr422_Filter_8u_P3R, keliYCbCr420To411_8u_P3R, keliYCbCr1620To420_8u_P3R};
+  const int w = 72, h = 16, cw = 36;
+  std::mt19937 rng(5);
+  std::vector<Kel8u> src(size_t(w) * h * 3);
+  for (auto& b : src) b = static_cast<Kel8u>(rng());
+  const Kel8u* s[3] = {src.data(), src.data() + w * h, src.data() + 2 * w * h};
+  const int ss[3] = {w, cw, cw + 5};
+  for (P3Fn f : fs) {
+    std::vector<Kel8u> a(size_t(w) * h * 3, 0), b = a;
+    Kel8u* da[3] = {a.data(), a.data() + w * h, a.data() + 2 * w * h};
+    Kel8u* db[3] = {b.data(), b.data() + w * h, b.data() + 2 * w * h};
+    const int equal[3] = {w, cw, cw}, unequal[3] = {w, cw + 9, cw + 2};
+    ASSERT_EQ(f(s, ss, da, equal, {w, h}), kelStatusOk);
+    ASSERT_EQ(f(s, ss, db, unequal, {w, h}), kelStatusOk);
+    for (int p = 1; p < 3; ++p)
+      for (int r = 0; r < h; ++r)
+        for (int i = 0; i < cw; ++i)
+          ASSERT_EQ(da[p][r * equal[p] + i], db[p][r * unequal[p] + i]) << "plane " << p << " row " << r;
+  }
 }
