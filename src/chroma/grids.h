@@ -12,6 +12,7 @@
 
 #include <cstdint>
 
+#include "chroma/layout_rows.h"
 #include "frame/arith.h"
 #include "frame/cpu.h"
 
@@ -174,16 +175,6 @@ struct QuadMean {
   }
 };
 
-// The vector entry of an operation (one entry, or one element of an array).
-template <class Op, class = void>
-struct VecOf {
-  static GridMove get(const GridKernels& k) { return (k.*(Op::kArr))[Op::kIdx]; }
-};
-template <class Op>
-struct VecOf<Op, decltype(void(Op::kVec))> {
-  static GridMove get(const GridKernels& k) { return k.*(Op::kVec); }
-};
-
 }  // namespace grid
 
 // An operation bound to the kernels of the active path, picked once per call.
@@ -195,7 +186,7 @@ struct GridOp {
 };
 template <class Op>
 inline GridOp<Op> gridOp() {
-  return {chainOf([](const GridKernels& t) { return grid::VecOf<Op>::get(t); }, sse41::kGridKernels,
+  return {chainOf([](const GridKernels& t) { return lrow::VecOf<Op>::get(t); }, sse41::kGridKernels,
                   avx2::kGridKernels)};
 }
 
