@@ -46,60 +46,48 @@ void registerGrids() {
   static P3 i420to1620 = p3(y, c420a, c420b, oy, o1620a, o1620b), i1620to420 = p3(y, c1620a, c1620b, oy, o420a, o420b);
   const size_t px = size_t(kW) * kH, b422 = 2 * px, b420 = px * 3 / 2, b411 = b422 - px / 2, b1620 = px + px / 8;
 
+  // One group: ours, the peer, memcpy of the same bytes.
+  auto group = [](const char* name, size_t src, size_t dst, std::function<void()> kel, std::function<void()> peer) {
+    add(name, "kel", src + dst, kel);
+    add(name, "libyuv", src + dst, peer);
+    addMemcpy(name, src, dst);
+  };
   // ---- interlaced fields
-  add("Interlace422To420_P3R", "kel", b422 + b420, oneThread([] {
-        keliYCbCr422To420_Interlace_8u_P3R(i422to420.s, i422to420.ss, i422to420.d, i422to420.ds, kRoi);
-      }));
-  add("Interlace422To420_P3R", "libyuv", b422 + b420, [] {
-    libyuv::I422ToI420(y.p, y.step, c422a.p, c422a.step, c422b.p, c422b.step, oy.p, oy.step, o420a.p, o420a.step,
-                       o420b.p, o420b.step, kW, kH);
-  });
-  addMemcpy("Interlace422To420_P3R", b422, b420);
-
-  add("Interlace420To422_P3R", "kel", b420 + b422, oneThread([] {
-        keliYCbCr420To422_Interlace_8u_P3R(i420to422.s, i420to422.ss, i420to422.d, i420to422.ds, kRoi);
-      }));
-  add("Interlace420To422_P3R", "libyuv", b420 + b422, [] {
+  group("Interlace422To420_P3R", b422, b420, oneThread([] {
+          keliYCbCr422To420_Interlace_8u_P3R(i422to420.s, i422to420.ss, i422to420.d, i422to420.ds, kRoi);
+        }),
+        [] {
+          libyuv::I422ToI420(y.p, y.step, c422a.p, c422a.step, c422b.p, c422b.step, oy.p, oy.step, o420a.p,
+                             o420a.step, o420b.p, o420b.step, kW, kH);
+        });
+  auto i420ToI422 = [] {
     libyuv::I420ToI422(y.p, y.step, c420a.p, c420a.step, c420b.p, c420b.step, oy.p, oy.step, o422a.p, o422a.step,
                        o422b.p, o422b.step, kW, kH);
-  });
-  addMemcpy("Interlace420To422_P3R", b420, b422);
-
-  add("InterlaceCbYCr422To420_C2P3R", "kel", b422 + b420, oneThread([] {
-        keliCbYCr422ToYCbCr420_Interlace_8u_C2P3R(c2.p, c2.step, i422to420.d, i422to420.ds, kRoi);
-      }));
-  add("InterlaceCbYCr422To420_C2P3R", "libyuv", b422 + b420, [] {
-    libyuv::UYVYToI420(c2.p, c2.step, oy.p, oy.step, o420a.p, o420a.step, o420b.p, o420b.step, kW, kH);
-  });
-  addMemcpy("InterlaceCbYCr422To420_C2P3R", b422, b420);
-
-  add("Interlace420ToCbYCr422_P3C2R", "kel", b420 + b422, oneThread([] {
-        keliYCbCr420ToCbYCr422_Interlace_8u_P3C2R(i420to422.s, i420to422.ss, oc2.p, oc2.step, kRoi);
-      }));
-  add("Interlace420ToCbYCr422_P3C2R", "libyuv", b420 + b422, [] {
-    libyuv::I420ToUYVY(y.p, y.step, c420a.p, c420a.step, c420b.p, c420b.step, oc2.p, oc2.step, kW, kH);
-  });
-  addMemcpy("Interlace420ToCbYCr422_P3C2R", b420, b422);
+  };
+  group("Interlace420To422_P3R", b420, b422, oneThread([] {
+          keliYCbCr420To422_Interlace_8u_P3R(i420to422.s, i420to422.ss, i420to422.d, i420to422.ds, kRoi);
+        }),
+        i420ToI422);
+  group("InterlaceCbYCr422To420_C2P3R", b422, b420, oneThread([] {
+          keliCbYCr422ToYCbCr420_Interlace_8u_C2P3R(c2.p, c2.step, i422to420.d, i422to420.ds, kRoi);
+        }),
+        [] { libyuv::UYVYToI420(c2.p, c2.step, oy.p, oy.step, o420a.p, o420a.step, o420b.p, o420b.step, kW, kH); });
+  group("Interlace420ToCbYCr422_P3C2R", b420, b422, oneThread([] {
+          keliYCbCr420ToCbYCr422_Interlace_8u_P3C2R(i420to422.s, i420to422.ss, oc2.p, oc2.step, kRoi);
+        }),
+        [] { libyuv::I420ToUYVY(y.p, y.step, c420a.p, c420a.step, c420b.p, c420b.step, oc2.p, oc2.step, kW, kH); });
 
   // ---- filtered upsampling
-  add("Filter420To422_P3R", "kel", b420 + b422, [] {
-    keliYCbCr420ToYCbCr422_Filter_8u_P3R(i420to422.s, i420to422.ss, i420to422.d, i420to422.ds, kRoi);
-  });
-  add("Filter420To422_P3R", "libyuv", b420 + b422, [] {
-    libyuv::I420ToI422(y.p, y.step, c420a.p, c420a.step, c420b.p, c420b.step, oy.p, oy.step, o422a.p, o422a.step,
-                       o422b.p, o422b.step, kW, kH);
-  });
-  addMemcpy("Filter420To422_P3R", b420, b422);
-
-  add("Filter420ToBGRA_P3C4R", "kel", b420 + 4 * px, [] {
-    const Kel8u* s[3] = {y.p, c420b.p, c420a.p};
-    const int ss[3] = {y.step, c420b.step, c420a.step};
-    keliYCrCb420ToBGR_Filter_8u_P3C4R(s, ss, obgra.p, obgra.step, kRoi, 255);
-  });
-  add("Filter420ToBGRA_P3C4R", "libyuv", b420 + 4 * px, [] {
-    libyuv::I420ToARGB(y.p, y.step, c420a.p, c420a.step, c420b.p, c420b.step, obgra.p, obgra.step, kW, kH);
-  });
-  addMemcpy("Filter420ToBGRA_P3C4R", b420, 4 * px);
+  group("Filter420To422_P3R", b420, b422, [] {
+          keliYCbCr420ToYCbCr422_Filter_8u_P3R(i420to422.s, i420to422.ss, i420to422.d, i420to422.ds, kRoi);
+        },
+        i420ToI422);
+  group("Filter420ToBGRA_P3C4R", b420, 4 * px, [] {
+          const Kel8u* s[3] = {y.p, c420b.p, c420a.p};
+          const int ss[3] = {y.step, c420b.step, c420a.step};
+          keliYCrCb420ToBGR_Filter_8u_P3C4R(s, ss, obgra.p, obgra.step, kRoi, 255);
+        },
+        [] { libyuv::I420ToARGB(y.p, y.step, c420a.p, c420a.step, c420b.p, c420b.step, obgra.p, obgra.step, kW, kH); });
 
   // ---- 420, 411, 1620 (libyuv: its plane scaler on the chroma, plus the luma copy)
   auto scaled = [](const Plane& a, const Plane& b, int sw, int sh, Plane& c, Plane& d, int dw, int dh) {
@@ -111,28 +99,23 @@ void registerGrids() {
     const char* name;
     KelStatus (*f)(const Kel8u* const*, const int*, Kel8u**, const int*, KeliSize);
     P3* p;
-    size_t bytes;
+    size_t src, dst;
     std::function<void()> peer;
   };
   const G gs[] = {
-      {"Planes420To411_P3R", keliYCbCr420To411_8u_P3R, &i420to411, b420 + b411,
+      {"Planes420To411_P3R", keliYCbCr420To411_8u_P3R, &i420to411, b420, b411,
        [=] { scaled(c420a, c420b, cw, kH / 2, o411a, o411b, qw, kH); }},
-      {"Planes411To420_P3R", keliYCbCr411To420_8u_P3R, &i411to420, b411 + b420,
+      {"Planes411To420_P3R", keliYCbCr411To420_8u_P3R, &i411to420, b411, b420,
        [=] { scaled(c411a, c411b, qw, kH, o420a, o420b, cw, kH / 2); }},
-      {"Planes420To1620_P3R", keliYCbCr420To1620_8u_P3R, &i420to1620, b420 + b1620,
+      {"Planes420To1620_P3R", keliYCbCr420To1620_8u_P3R, &i420to1620, b420, b1620,
        [=] { scaled(c420a, c420b, cw, kH / 2, o1620a, o1620b, qw, kH / 4); }},
-      {"Planes1620To420_P3R", keliYCbCr1620To420_8u_P3R, &i1620to420, b1620 + b420,
+      {"Planes1620To420_P3R", keliYCbCr1620To420_8u_P3R, &i1620to420, b1620, b420,
        [=] { scaled(c1620a, c1620b, qw, kH / 4, o420a, o420b, cw, kH / 2); }},
   };
   for (const G& g : gs) {
     auto f = g.f;
     P3* p = g.p;
-    add(g.name, "kel", g.bytes, [f, p] { f(p->s, p->ss, p->d, p->ds, kRoi); });
-    add(g.name, "libyuv", g.bytes, g.peer);
-    const size_t src = g.name == std::string("Planes420To411_P3R") || g.name == std::string("Planes420To1620_P3R")
-                           ? b420
-                           : (g.bytes - b420);
-    addMemcpy(g.name, src, g.bytes - src);
+    group(g.name, g.src, g.dst, [f, p] { f(p->s, p->ss, p->d, p->ds, kRoi); }, g.peer);
   }
 }
 KB_REGISTER(registerGrids);
