@@ -97,6 +97,7 @@ bool isInterlace(const Member& m) { return m.name.find("Interlace") != std::stri
 
 }  // namespace
 
+KT_MEMBERS(members);
 TEST(ChromaGrids, GuardsErrorsAndPaths) { checkAll(members()); }
 
 // Every path on pictures tall enough for many groups and filter rows.
@@ -563,21 +564,5 @@ TEST(ChromaGrids, ChromaPlanesWithUnequalSteps) {
       for (int r = 0; r < h; ++r)
         for (int i = 0; i < cw; ++i)
           ASSERT_EQ(da[p][r * equal[p] + i], db[p][r * unequal[p] + i]) << "plane " << p << " row " << r;
-  }
-}
-
-// Every path reads chroma only inside its rows: planes of exactly their size
-// (the address sanitizer build sees a read beyond them) at widths around the
-// blocks, all paths giving the same bytes.
-TEST(ChromaFilter, BgrReadsNoChromaBeyondTheRow) {
-  for (int w = 2; w <= 100; w += 2) {
-    std::vector<Kel8u> ref;
-    for (kel::Isa isa : paths()) {
-      Bgr b(w, 2, 40 + w);
-      IsaScope scope(isa);
-      ASSERT_EQ(b.run({w, 2}), kelStatusOk);
-      if (isa == kel::Isa::Scalar) ref = b.out;
-      else EXPECT_TRUE(b.out == ref) << "width " << w << " path " << int(isa);
-    }
   }
 }
