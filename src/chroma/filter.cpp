@@ -65,15 +65,16 @@ void ownYCbCr420ToYCbCr422Filter_8u_P3R(const Kel8u* const s[3], const int ss[3]
 }
 
 // ownYCbCr420ToYCbCr422Filter_8u_P2P3R: the pairs of each chroma row are
-// split into the even rows of both planes first.
+// split into the even rows of both planes while the first plane is filtered.
 void ownYCbCr420ToYCbCr422Filter_8u_P2P3R(const Kel8u* y, int ys, const Kel8u* c, int cs, const Dst3& o) {
   copyPlane(y, ys, o.d[0], o.ds[0], o.w, o.H);
   const auto split = mover<lrow::SplitPairs>();
   const auto tap = gridOp<Tap4>();
   const int n = o.w >> 1, rows = o.H / 2;
-  for (int k = 0; k < rows; ++k)
+  ownFilterPlane(o.d[1], o.ds[1], n, rows, tap, [&](int k) {
     split({{rowAt(c, cs, k)}, {rowAt(o.d[1], o.ds[1], 2 * k), rowAt(o.d[2], o.ds[2], 2 * k)}}, n);
-  for (int p = 1; p < 3; ++p) ownFilterPlane(o.d[p], o.ds[p], n, rows, tap, [](int) {});
+  });
+  ownFilterPlane(o.d[2], o.ds[2], n, rows, tap, [](int) {});
 }
 
 inline Dst3 dst3(Kel8u* const d[3], const int ds[3], KeliSize roi) {
