@@ -398,12 +398,35 @@ KELCC_API KelStatus keliYCbCr420ToYCrCb420_Filter_8u_P2P3R(const Kel8u* srcY, in
 
 /* ============================================================ Interlaced-field conversions */
 /* @section interlace */
+/* 4:2:2 <-> 4:2:0 with vertical chroma filters that keep the two fields of an interlaced picture apart.
+   Width trimmed to even, height to a multiple of 4 (minimum 2 by 4); kelStatusOddSizeTrimmed when trimmed.
+   Planes Y, Cb, Cr; C2 rows hold Cb Y0 Cr Y1. */
+KELCC_API KelStatus keliYCbCr422To420_Interlace_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliCbYCr422ToYCbCr420_Interlace_8u_C2P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr420To422_Interlace_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToCbYCr422_Interlace_8u_P3C2R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi);
 
 /* ============================================================ Filtered chroma upsampling */
 /* @section filter */
+/* 4:2:0 -> 4:2:2 planes with a four-tap vertical chroma filter (-1 9 9 -1) / 16; width trimmed to even,
+   height to a multiple of 8 (minimum 2 by 8). */
+KELCC_API KelStatus keliYCbCr420ToYCbCr422_Filter_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+/* Source planes Y, Cr, Cb; destination planes Y, Cb, Cr. */
+KELCC_API KelStatus keliYCrCb420ToYCbCr422_Filter_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr420ToYCbCr422_Filter_8u_P2P3R(const Kel8u* srcY, int srcYStep, const Kel8u* srcCbCr, int srcCbCrStep, Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+/* Planes Y, Cr, Cb (4:2:0) to B, G, R, alpha pixels, chroma interpolated across. An odd last column or row
+   is left unwritten (width 1 writes nothing) with kelStatusOddSizeTrimmed. */
+KELCC_API KelStatus keliYCrCb420ToBGR_Filter_8u_P3C4R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst, int dstStep, KeliSize roi, int alpha);
 
 /* ============================================================ 420, 411 and 1620 plane conversions */
 /* @section planes1620 */
+/* Chroma grids 420 (2 x 2), 411 (4 x 1) and 1620 (4 x 4 luma pixels per chroma sample), planes Y, Cb, Cr.
+   Width a multiple of 4; height even (420 -> 411) or a multiple of 4 (the others); else kelStatusBadSize.
+   Chroma steps are taken as unsigned numbers. */
+KELCC_API KelStatus keliYCbCr420To411_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr411To420_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr420To1620_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
+KELCC_API KelStatus keliYCbCr1620To420_8u_P3R(const Kel8u* const src[3], const int srcStep[3], Kel8u* dst[3], const int dstStep[3], KeliSize roi);
 
 /* ============================================================ RGB <-> XYZ, RGB <-> YCC */
 /* @section xyz-ycc */

@@ -133,6 +133,8 @@ struct Member {
   // The member does not examine the height: a height below 1 is no error,
   // it does nothing and returns kelStatusOk.
   bool heightUnchecked = false;
+  // The member takes some steps as unsigned numbers: no negative steps.
+  bool nonNegativeSteps = false;
 };
 
 KelStatus status420(KeliSize r);

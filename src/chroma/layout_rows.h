@@ -343,14 +343,17 @@ struct UnfoldPairs {
 };
 
 // The vector kernel entry of a move, whether it names one entry or one
-// element of an array of byte orders.
+// element of an array of byte orders; any table of kernels (the grid
+// operations of grids.h name theirs the same way).
 template <class M, class = void>
 struct VecOf {
-  static RowMove get(const LayoutRowKernels& k) { return (k.*(M::kArr))[M::kIdx]; }
+  template <class Table>
+  static auto get(const Table& k) { return (k.*(M::kArr))[M::kIdx]; }
 };
 template <class M>
 struct VecOf<M, decltype(void(M::kVec))> {
-  static RowMove get(const LayoutRowKernels& k) { return k.*(M::kVec); }
+  template <class Table>
+  static auto get(const Table& k) { return k.*(M::kVec); }
 };
 
 }  // namespace lrow
