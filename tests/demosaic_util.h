@@ -1,0 +1,98 @@
+// Shared pieces of the demosaicing tests: raw images, guarded calls of the
+// members (whole-image source with a region, 8u or 16u) and the site table.
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <random>
+#include <vector>
+
+#include "harness.h"
+
+namespace dm {
+
+template <class T>
+struct Raw {
+  int W = 0, H = 0;
+  std::vector<T> px;
+  Raw() = default;
+  Raw(int w, int h) : W(w), H(h), px(static_cast<size_t>(w) * h) {}
+  T& at(int x, int y) { return px[static_cast<size_t>(y) * W + x]; }
+  T at(int x, int y) const { return px[static_cast<size_t>(y) * W + x]; }
+  KeliSize size() const { return {W, H}; }
+};
+
+template <class T>
+Raw<T> randomRaw(int W, int H, uint32_t seed, int maxV) {
+  Raw<T> r(W, H);
+  std::mt19937 g(seed);
+  for (auto& v : r.px) v = static_cast<T>(g() % (maxV + 1));
+  return r;
+}
+
+// Colour at absolute (x, y): 0 R, 1 G, 2 B; [grid][y & 1][x & 1].
+inline int site(int grid, int x, int y) {
+  static const int t[4][2][2] = {{{2, 1}, {1, 0}}, {{0, 1}, {1, 2}}, {{1, 2}, {0, 1}}, {{1, 0}, {2, 1}}};
+  return t[grid][y & 1][x & 1];
+}
+
+// The region a call writes: clipped at the right and bottom, a negative
+// origin taken as 0.
+inline KeliRect clipped(KeliRect roi, KeliSize s) {
+  const int x0 = std::max(roi.x, 0), y0 = std::max(roi.y, 0);
+  return {x0, y0, std::min(roi.width, s.width - x0), std::min(roi.height, s.height - y0)};
+}
+
+// One call of a member: fn(src at the image origin, srcStep, dst, dstStep,
+// tmp, tmpStep) in the sample type's pointers; the source lies in a guarded
+// plane with padded (or negative) steps and random bytes round it, the
+// destination in a guarded plane. Checks that the source is unchanged,
+// nothing outside the region is written, and the work buffer is used only
+// within 30 rows of (w + 8) samples. Returns the region's samples.
+template <class T>
+using Fn = std::function<KelStatus(const T*, int, T*, int, T*, int)>;
+
+template <class T>
+std::vector<T> run(const Raw<T>& raw, KeliRect roi, const Fn<T>& fn, uint32_t seed, bool negative = false) {
+  constexpr int B = sizeof(T);
+  std::mt19937 g(seed);
+  const int pad = B * static_cast<int>(g() % 9);
+  const int sRow = raw.W * B + pad;
+  kt::Guarded src({raw.W * B, raw.H}, negative ? -sRow : sRow, B * static_cast<int>(g() % 8), g());
+  for (int y = 0; y < raw.H; ++y) std::memcpy(&src.at(0, y), &raw.px[static_cast<size_t>(y) * raw.W], raw.W * B);
+  src.snapshot();
+  const KeliRect c = clipped(roi, raw.size());
+  const int w = std::max(c.width, 0), h = std::max(c.height, 0);
+  const int dRow = 3 * w * B + B * static_cast<int>(g() % 5);
+  kt::Guarded dst({3 * w * B, h}, negative ? -dRow : dRow, B * static_cast<int>(g() % 8), g());
+  dst.snapshot();
+  // Work buffer: exactly what the header's sizing gives, a guard behind it,
+  // random bytes in it.
+  const int tmpStep = KELCC_AHD_TMP_STEP(std::max(w, 1), B);
+  std::vector<uint8_t> tmp(static_cast<size_t>(KELCC_AHD_TMP_ROWS) * tmpStep + 64);
+  for (auto& b : tmp) b = static_cast<uint8_t>(g());
+  const std::vector<uint8_t> tail(tmp.end() - 64, tmp.end());
+  const KelStatus st = fn(reinterpret_cast<const T*>(src.ptr()), src.step(), reinterpret_cast<T*>(dst.ptr()),
+                          dst.step(), reinterpret_cast<T*>(tmp.data()), tmpStep);
+  EXPECT_EQ(st, kelStatusOk);
+  EXPECT_TRUE(src.allIntact()) << "source changed";
+  EXPECT_TRUE(dst.outsideIntact());
+  EXPECT_TRUE(std::equal(tail.begin(), tail.end(), tmp.end() - 64)) << "write behind the work buffer";
+  std::vector<T> out(static_cast<size_t>(3) * w * h);
+  const std::vector<uint8_t> bytes = dst.region();
+  if (!out.empty()) std::memcpy(out.data(), bytes.data(), bytes.size());
+  return out;
+}
+
+// The samples of region (x, y, w, h) of a whole-image result.
+template <class T>
+std::vector<T> crop(const std::vector<T>& whole, int W, KeliRect r) {
+  std::vector<T> out;
+  for (int y = r.y; y < r.y + r.height; ++y)
+    for (int x = r.x; x < r.x + r.width; ++x)
+      for (int k = 0; k < 3; ++k) out.push_back(whole[(static_cast<size_t>(y) * W + x) * 3 + k]);
+  return out;
+}
+
+}  // namespace dm
