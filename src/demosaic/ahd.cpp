@@ -25,16 +25,18 @@ struct AhdChains {
   Chain<KernAhdChroma<T>> chroma;
   Chain<KernAhdLab<T>> lab;
   Chain<KernAhdHom<typename Depth<T>::Hm>> hom;
+  Chain<KernAhdOut<T, typename Depth<T>::Hm>> out;
 };
 template <class T>
 AhdChains<T> ahdChains() {
   const AhdKernels &s = sse41::kAhdKernels, &a = avx2::kAhdKernels;
   if constexpr (sizeof(T) == 1)
     return {chainFor(&AhdKernels::green8, s, a), chainFor(&AhdKernels::chroma8, s, a),
-            chainFor(&AhdKernels::lab8, s, a), chainFor(&AhdKernels::hom8, s, a)};
+            chainFor(&AhdKernels::lab8, s, a), chainFor(&AhdKernels::hom8, s, a), chainFor(&AhdKernels::out8, s, a)};
   else
     return {chainFor(&AhdKernels::green16, s, a), chainFor(&AhdKernels::chroma16, s, a),
-            chainFor(&AhdKernels::lab16, s, a), chainFor(&AhdKernels::hom16, s, a)};
+            chainFor(&AhdKernels::lab16, s, a), chainFor(&AhdKernels::hom16, s, a),
+            chainFor(&AhdKernels::out16, s, a)};
 }
 
 // Reflection at the edge pixel without repeating it. A 5-pixel image reaches
@@ -191,18 +193,11 @@ void ahdRect(const Src& src, int grid, int x, int y, int w, int h, T* dst, ptrdi
       // Output row s - 3, elements 3 .. n-4.
       if (s - 3 >= 0) {
         const int t = s - 3;
-        const Hm *h0 = hm(t - 1), *h1 = hm(t), *h2 = hm(t + 1);
-        const T *RH = rh(t), *GH = gh(t), *BH = bh(t), *RV = rv(t), *GV = gv(t), *BV = bv(t);
-        T* d = byteOffset(dst, dstStep * t) + 3 * sx;
-        for (int i = 3; i < n - 3; ++i, d += 3) {
-          const int sum = h0[i - 1] + h0[i] + h0[i + 1] + h1[i - 1] + h1[i] + h1[i + 1] + h2[i - 1] + h2[i] +
-                          h2[i + 1];
-          if (sum >= 0) {
-            d[0] = RH[i], d[1] = GH[i], d[2] = BH[i];
-          } else {
-            d[0] = RV[i], d[1] = GV[i], d[2] = BV[i];
-          }
-        }
+        AhdOutRow<T, Hm> io;
+        io.hm[0] = hm(t - 1), io.hm[1] = hm(t), io.hm[2] = hm(t + 1);
+        io.rh = rh(t), io.gh = gh(t), io.bh = bh(t), io.rv = rv(t), io.gv = gv(t), io.bv = bv(t);
+        io.d = byteOffset(dst, dstStep * t) + 3 * sx;
+        outRow(io, runChain(ch.out, io, 3, n - 3), n - 3);
       }
     }
   }

@@ -59,6 +59,14 @@ struct AhdHomRow {
   float eps;  // 0.0001f in the strips, 0 in the fast rectangle
 };
 
+// The choice for one output row: hm rows up, this, down; d at element 3.
+template <class T, class S>
+struct AhdOutRow {
+  const S* hm[3];
+  const T *rh, *gh, *bh, *rv, *gv, *bv;
+  T* d;
+};
+
 template <class T>
 using KernAhdGreen = int (*)(const AhdGreenRow<T>& io, int i, int n);
 template <class T>
@@ -67,6 +75,8 @@ template <class T>
 using KernAhdLab = int (*)(const AhdLabRow<T>& io, int i, int n);
 template <class S>
 using KernAhdHom = int (*)(const AhdHomRow<S>& io, int i, int n);
+template <class T, class S>
+using KernAhdOut = int (*)(const AhdOutRow<T, S>& io, int i, int n);
 
 struct AhdKernels {
   KernAhdGreen<uint8_t> green8;
@@ -77,6 +87,8 @@ struct AhdKernels {
   KernAhdLab<uint16_t> lab16;
   KernAhdHom<int8_t> hom8;
   KernAhdHom<int16_t> hom16;
+  KernAhdOut<uint8_t, int8_t> out8;
+  KernAhdOut<uint16_t, int16_t> out16;
 };
 namespace sse41 {
 extern const AhdKernels kAhdKernels;
@@ -261,6 +273,21 @@ inline void homRow(const AhdHomRow<S>& io, int i, int n) {
     for (int d = 0; d < 2; ++d)
       for (int k = 0; k < 4; ++k) count[d] += (dl[d][k] <= epsL && dc[d][k] <= epsC) ? 1 : 0;
     io.hm[i] = static_cast<S>(count[0] - count[1]);
+  }
+}
+
+// ---- 5. the choice ------------------------------------------------------------------
+template <class T, class S>
+inline void outRow(const AhdOutRow<T, S>& io, int i, int n) {
+  for (; i < n; ++i) {
+    const S *h0 = io.hm[0], *h1 = io.hm[1], *h2 = io.hm[2];
+    const int sum = h0[i - 1] + h0[i] + h0[i + 1] + h1[i - 1] + h1[i] + h1[i + 1] + h2[i - 1] + h2[i] + h2[i + 1];
+    T* d = io.d + 3 * (i - 3);
+    if (sum >= 0) {
+      d[0] = io.rh[i], d[1] = io.gh[i], d[2] = io.bh[i];
+    } else {
+      d[0] = io.rv[i], d[1] = io.gv[i], d[2] = io.bv[i];
+    }
   }
 }
 

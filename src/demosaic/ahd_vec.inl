@@ -3,6 +3,7 @@
 // single-precision lanes, four pixels per 16-byte lane. Both site types of
 // a row go through one pass; a parity mask picks the form of each pixel.
 #include "demosaic/ahd.h"
+#include "demosaic/store_vec.h"
 #include "frame/simdf.h"
 
 namespace kel {
@@ -212,10 +213,36 @@ int homK(const AhdHomRow<S>& row, int i, int n) {
   return i;
 }
 
+// ---- 5. the choice ------------------------------------------------------------------
+// The window sums lie within -36 .. 36, so they fit the hm lanes themselves
+// (16 hm values of 8u or 8 of 16u per 16-byte lane), and the sign of a sum
+// is the blend mask.
+template <class T, class S>
+int outK(const AhdOutRow<T, S>& row, int i, int n) {
+  const AhdOutRow<T, S> io = row;
+  constexpr int kPx = 16 / sizeof(T) * V::kLanes;
+  auto ld = [](const void* p) { return V::load<16>(p); };
+  for (; i + kPx <= n; i += kPx) {
+    v sum = V::zero();
+    for (int k = 0; k < 3; ++k) {
+      const S* h = io.hm[k] + i;
+      if constexpr (sizeof(S) == 1) sum = V::add8(V::add8(V::add8(sum, ld(h - 1)), ld(h)), ld(h + 1));
+      else sum = V::add16(V::add16(V::add16(sum, ld(h - 1)), ld(h)), ld(h + 1));
+    }
+    if constexpr (sizeof(S) == 2) sum = V::srai16<15>(sum);
+    const v r = V::blend8(ld(io.rh + i), ld(io.rv + i), sum), g = V::blend8(ld(io.gh + i), ld(io.gv + i), sum),
+            b = V::blend8(ld(io.bh + i), ld(io.bv + i), sum);
+    if constexpr (sizeof(T) == 1) storeC3(io.d + 3 * (i - 3), r, g, b);
+    else storeC3w(io.d + 3 * (i - 3), r, g, b);
+  }
+  return i;
+}
+
 }  // namespace
 
 extern const AhdKernels kAhdKernels = {greenK<uint8_t>,  greenK<uint16_t>, chromaK<uint8_t>, chromaK<uint16_t>,
-                                       labK<uint8_t>,    labK<uint16_t>,   homK<int8_t>,     homK<int16_t>};
+                                       labK<uint8_t>,    labK<uint16_t>,   homK<int8_t>,     homK<int16_t>,
+                                       outK<uint8_t, int8_t>, outK<uint16_t, int16_t>};
 
 }  // namespace KEL_ISA_NS
 }  // namespace kel

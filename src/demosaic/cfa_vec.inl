@@ -4,6 +4,7 @@
 // and a parity mask picks one; the gradient test is a pair of masks, and the
 // four-way means are exact sums in wider lanes, so ties need no scalar path.
 #include "demosaic/cfa.h"
+#include "demosaic/store_vec.h"
 #include "frame/simd.h"
 
 namespace kel {
@@ -21,30 +22,6 @@ inline v subus8(v a, v b) { return _mm256_subs_epu8(a, b); }
 inline v subus16(v a, v b) { return _mm256_subs_epu16(a, b); }
 inline v cmpeq16(v a, v b) { return _mm256_cmpeq_epi16(a, b); }
 #endif
-
-// Interleaving three vectors of eight 16-bit samples per lane into 24 words
-// (three 16-byte blocks per lane).
-constexpr Mask16 maskC3Scatter16(int ch, int k) {
-  Mask16 m{};
-  for (int j = 0; j < 8; ++j) {
-    const int g = 8 * k + j;
-    const bool mine = g % 3 == ch;
-    m.b[2 * j] = mine ? static_cast<int8_t>(2 * (g / 3)) : static_cast<int8_t>(-128);
-    m.b[2 * j + 1] = mine ? static_cast<int8_t>(2 * (g / 3) + 1) : static_cast<int8_t>(-128);
-  }
-  return m;
-}
-inline constexpr Mask16 kC3S16[3][3] = {
-    {maskC3Scatter16(0, 0), maskC3Scatter16(0, 1), maskC3Scatter16(0, 2)},
-    {maskC3Scatter16(1, 0), maskC3Scatter16(1, 1), maskC3Scatter16(1, 2)},
-    {maskC3Scatter16(2, 0), maskC3Scatter16(2, 1), maskC3Scatter16(2, 2)}};
-inline void storeC3w(uint16_t* p, v c0, v c1, v c2) {
-  for (int k = 0; k < 3; ++k) {
-    const v o = V::or_(V::or_(V::shuffle8(c0, V::bcast(kC3S16[0][k].b)), V::shuffle8(c1, V::bcast(kC3S16[1][k].b))),
-                       V::shuffle8(c2, V::bcast(kC3S16[2][k].b)));
-    V::store<48>(reinterpret_cast<uint8_t*>(p) + 16 * k, o);
-  }
-}
 
 // Per-depth words: the rounded mean of two, the exact rounded mean of four,
 // and "a <= b" as a mask.
