@@ -23,23 +23,27 @@ inline v subus16(v a, v b) { return _mm256_subs_epu16(a, b); }
 inline v cmpeq16(v a, v b) { return _mm256_cmpeq_epi16(a, b); }
 #endif
 
+// The rounded mean of four, (a + b + c + d + 2) >> 2, from rounded means of
+// two: with p = avg(a, b) and q = avg(c, d), avg(p, q) is one too high
+// exactly where p + q is odd and a pair's sum was odd (it was rounded up).
+template <class D>
+inline v mean4By(v a, v b, v c, v d) {
+  const v p = D::avg(a, b), q = D::avg(c, d);
+  const v fix = V::and_(V::and_(V::xor_(p, q), V::or_(V::xor_(a, b), V::xor_(c, d))), D::one());
+  return D::sub(D::avg(p, q), fix);
+}
+
 // Per-depth words: the rounded mean of two, the exact rounded mean of four,
 // and "a <= b" as a mask.
 struct D8 {
   using T = uint8_t;
   static constexpr int kPx = 16;
   static v avg(v a, v b) { return V::avg8(a, b); }
+  static v sub(v a, v b) { return subus8(a, b); }  // b <= a here
+  static v one() { return V::set8(1); }
   static v le(v a, v b) { return V::cmpeq8(subus8(a, b), V::zero()); }
   static v absd(v a, v b) { return V::or_(subus8(a, b), subus8(b, a)); }
-  static v mean4(v a, v b, v c, v d) {
-    auto half = [](v a, v b, v c, v d) {
-      return V::srli16<2>(V::add16(V::add16(V::add16(a, b), V::add16(c, d)), V::set16(2)));
-    };
-    const v z = V::zero();
-    const v lo = half(V::unpacklo8(a, z), V::unpacklo8(b, z), V::unpacklo8(c, z), V::unpacklo8(d, z));
-    const v hi = half(V::unpackhi8(a, z), V::unpackhi8(b, z), V::unpackhi8(c, z), V::unpackhi8(d, z));
-    return V::packus16(lo, hi);
-  }
+  static v mean4(v a, v b, v c, v d) { return mean4By<D8>(a, b, c, d); }
   static v parity(int chromaPar) { return V::set16(chromaPar ? 0xFF00 : 0x00FF); }
   static void store(T* p, v r, v g, v b) { storeC3(p, r, g, b); }
 };
@@ -47,17 +51,11 @@ struct D16 {
   using T = uint16_t;
   static constexpr int kPx = 8;
   static v avg(v a, v b) { return V::avg16(a, b); }
+  static v sub(v a, v b) { return V::sub16(a, b); }
+  static v one() { return V::set16(1); }
   static v le(v a, v b) { return cmpeq16(subus16(a, b), V::zero()); }
   static v absd(v a, v b) { return V::or_(subus16(a, b), subus16(b, a)); }
-  static v mean4(v a, v b, v c, v d) {
-    auto half = [](v a, v b, v c, v d) {
-      return V::srli32<2>(V::add32(V::add32(V::add32(a, b), V::add32(c, d)), V::set32(2)));
-    };
-    const v z = V::zero();
-    const v lo = half(V::unpacklo16(a, z), V::unpacklo16(b, z), V::unpacklo16(c, z), V::unpacklo16(d, z));
-    const v hi = half(V::unpackhi16(a, z), V::unpackhi16(b, z), V::unpackhi16(c, z), V::unpackhi16(d, z));
-    return V::packus32(lo, hi);
-  }
+  static v mean4(v a, v b, v c, v d) { return mean4By<D16>(a, b, c, d); }
   static v parity(int chromaPar) { return V::set32(chromaPar ? static_cast<int>(0xFFFF0000u) : 0x0000FFFF); }
   static void store(T* p, v r, v g, v b) { storeC3w(p, r, g, b); }
 };
