@@ -95,4 +95,26 @@ std::vector<T> crop(const std::vector<T>& whole, int W, KeliRect r) {
   return out;
 }
 
+// Order G for a member with minimum side `m`: pointers, size, then grid;
+// with faults together the first decides, and nothing is written. call(src
+// null, dst null, size, grid, dst) runs the member on a zeroed source and a
+// destination buffer of 1024 bytes.
+using ErrCall = std::function<KelStatus(bool, bool, KeliSize, KelBayerGrid, uint8_t*)>;
+inline void checkOrderG(int m, const ErrCall& call) {
+  const auto bad = static_cast<KelBayerGrid>(4), neg = static_cast<KelBayerGrid>(-1);
+  struct Case {
+    bool nullSrc, nullDst;
+    KeliSize size;
+    KelBayerGrid grid;
+    KelStatus want;
+  } cases[] = {
+      {true, false, {m, m}, kelBayerRGGB, kelStatusNullPointer}, {false, true, {m - 1, m}, bad, kelStatusNullPointer},
+      {false, false, {m - 1, m}, bad, kelStatusBadSize},         {false, false, {m, m - 1}, kelBayerBGGR, kelStatusBadSize},
+      {false, false, {m, m}, bad, kelStatusBadArgument},         {false, false, {2 * m, 2 * m}, neg, kelStatusBadArgument},
+  };
+  std::vector<uint8_t> d(1024, 0x5A);
+  for (const Case& c : cases) EXPECT_EQ(call(c.nullSrc, c.nullDst, c.size, c.grid, d.data()), c.want);
+  for (uint8_t b : d) ASSERT_EQ(b, 0x5A);
+}
+
 }  // namespace dm

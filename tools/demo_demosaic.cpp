@@ -3,8 +3,6 @@
 // or headerless samples with --size and --depth) back into RGB with the
 // bilinear method or AHD; the demo mosaics the test picture and rebuilds it
 // both ways.
-#include <png.h>
-
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -86,32 +84,6 @@ bool writePgm(const std::string& path, const Raw& raw) {
   return static_cast<bool>(f);
 }
 
-// 16-bit RGB as PNG (big-endian samples, as the format stores them).
-bool writePng16(const std::string& path, const std::vector<uint16_t>& rgb, int w, int h) {
-  FILE* fp = std::fopen(path.c_str(), "wb");
-  if (!fp) return false;
-  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
-  png_infop info = png ? png_create_info_struct(png) : nullptr;
-  if (!info || setjmp(png_jmpbuf(png))) {
-    png_destroy_write_struct(&png, &info);
-    std::fclose(fp);
-    return false;
-  }
-  png_init_io(png, fp);
-  png_set_IHDR(png, info, w, h, 16, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
-               PNG_FILTER_TYPE_DEFAULT);
-  png_write_info(png, info);
-  std::vector<uint8_t> row(static_cast<size_t>(6) * w);
-  for (int y = 0; y < h; ++y) {
-    const uint16_t* s = rgb.data() + static_cast<size_t>(3) * w * y;
-    for (int k = 0; k < 3 * w; ++k) row[2 * k] = static_cast<uint8_t>(s[k] >> 8), row[2 * k + 1] = s[k] & 255;
-    png_write_row(png, row.data());
-  }
-  png_write_end(png, nullptr);
-  png_destroy_write_struct(&png, &info);
-  return std::fclose(fp) == 0;
-}
-
 // Demosaics a whole raw image; 8-bit results into `out8`, 16-bit into `out16`.
 KelStatus demosaic(const Raw& raw, int grid, bool ahd, std::vector<uint8_t>& out8, std::vector<uint16_t>& out16) {
   const KeliRect all{0, 0, raw.w, raw.h};
@@ -189,7 +161,7 @@ int cmdDemosaic(int argc, char** argv) {
   if (st < 0) return fail("demosaicing failed, status ", std::to_string(st));
   const bool png = out.size() >= 4 && strcasecmp(out.c_str() + out.size() - 4, ".png") == 0;
   if (raw.depth == 16) {
-    if (png) return writePng16(out, o16, raw.w, raw.h) ? 0 : fail("cannot write ", out);
+    if (png) return tool::writePng16(out, o16.data(), raw.w, raw.h) ? 0 : fail("cannot write ", out);
     std::ofstream f(out, std::ios::binary);
     f << "P6\n" << raw.w << " " << raw.h << "\n65535\n";
     for (uint16_t v : o16) f.put(static_cast<char>(v >> 8)), f.put(static_cast<char>(v & 255));
