@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Demosaicing quality on real photographs.
 
 Each picture (astronaut, coffee and chelsea from python3-skimage) is sampled
@@ -10,7 +10,8 @@ out) and writes it with a side-by-side crop picture to the output folder.
 
     scripts/demosaic_quality.py [--kelcc build/tools/kelcc] [--out demosaic-quality]
 
-Needs python3-opencv and python3-skimage (Debian packages). Not a unit test.
+Needs python3-opencv and python3-skimage (Debian packages, hence the system
+interpreter). Not a unit test.
 """
 import argparse
 import os
@@ -75,7 +76,7 @@ def main():
             outs["cv VNG"] = cv2.cvtColor(raw, getattr(cv2, "COLOR_Bayer%s2RGB_VNG" % code))
             rows.append((name, grid, [psnr(rgb, outs[m]) for m in methods]))
             if name == "astronaut" and grid == "rggb":
-                y, x, s = 60, 200, 96  # the helmet's edge and lettering
+                y, x, s = 60, 200, 96  # the face: hair, eyes and teeth
                 tiles = [rgb[y:y + s, x:x + s]] + [outs[m][y:y + s, x:x + s] for m in methods]
                 crops = np.concatenate([np.kron(t, np.ones((3, 3, 1), np.uint8)) for t in tiles], axis=1)
 
