@@ -496,8 +496,10 @@ KELCC_API KelStatus keliColorToGray_32f_AC4C1R(const Kel32f* src, int srcStep, K
    points to the first of them. Neighbours are read from the whole image,
    also outside the region; the region is clipped at the right and bottom
    edges (a negative x or y is taken as 0). `grid` names the pattern of the
-   image's top left 2 by 2 block. The 16u members count srcStep (and, for
-   CFAToRGB, dstStep) in bytes and use step >> 1 samples per row.
+   image's top left 2 by 2 block. Steps are in bytes; the 16u members use
+   srcStep >> 1 samples per source row (CFAToRGB also dstStep >> 1 per
+   destination row; AHD places destination and tmp rows dstStep and tmpStep
+   bytes apart).
 
    CFAToRGB: bilinear with a gradient test for green; any size from 2 by 2.
    DemosaicAHD: adaptive homogeneity-directed; any size from 5 by 5; single

@@ -54,18 +54,19 @@ template <class T>
 using Fn = std::function<KelStatus(const T*, int, T*, int, T*, int)>;
 
 template <class T>
-std::vector<T> run(const Raw<T>& raw, KeliRect roi, const Fn<T>& fn, uint32_t seed, bool negative = false) {
+std::vector<T> run(const Raw<T>& raw, KeliRect roi, const Fn<T>& fn, uint32_t seed, bool negative = false,
+                   kt::PageEdge edge = kt::PageEdge::None) {
   constexpr int B = sizeof(T);
   std::mt19937 g(seed);
   const int pad = B * static_cast<int>(g() % 9);
   const int sRow = raw.W * B + pad;
-  kt::Guarded src({raw.W * B, raw.H}, negative ? -sRow : sRow, B * static_cast<int>(g() % 8), g());
+  kt::Guarded src({raw.W * B, raw.H}, negative ? -sRow : sRow, B * static_cast<int>(g() % 8), g(), edge);
   for (int y = 0; y < raw.H; ++y) std::memcpy(&src.at(0, y), &raw.px[static_cast<size_t>(y) * raw.W], raw.W * B);
   src.snapshot();
   const KeliRect c = clipped(roi, raw.size());
   const int w = std::max(c.width, 0), h = std::max(c.height, 0);
   const int dRow = 3 * w * B + B * static_cast<int>(g() % 5);
-  kt::Guarded dst({3 * w * B, h}, negative ? -dRow : dRow, B * static_cast<int>(g() % 8), g());
+  kt::Guarded dst({3 * w * B, h}, negative ? -dRow : dRow, B * static_cast<int>(g() % 8), g(), edge);
   dst.snapshot();
   // Work buffer: exactly what the header's sizing gives, a guard behind it,
   // random bytes in it.
@@ -83,6 +84,33 @@ std::vector<T> run(const Raw<T>& raw, KeliRect roi, const Fn<T>& fn, uint32_t se
   const std::vector<uint8_t> bytes = dst.region();
   if (!out.empty()) std::memcpy(out.data(), bytes.data(), bytes.size());
   return out;
+}
+
+// The source and the destination against an inaccessible page at their
+// start, then at their end: a read outside the image or a write outside the
+// region faults. Small images, every grid, the whole image and random
+// regions; each result equals the same place of a whole-image call.
+template <class T>
+void checkPageEdges(int minSide, int maxV, const std::function<Fn<T>(KeliRect, KeliSize, int)>& member) {
+  std::mt19937 g(21);
+  for (int W = minSide; W <= minSide + 5; ++W)
+    for (int H = minSide; H <= minSide + 4; ++H)
+      for (int grid = 0; grid < 4; ++grid) {
+        Raw<T> raw(W, H);
+        for (auto& v : raw.px) v = static_cast<T>(g() % (maxV + 1));
+        const KeliRect all{0, 0, W, H};
+        const std::vector<T> whole = run<T>(raw, all, member(all, raw.size(), grid), g());
+        for (kt::PageEdge e : {kt::PageEdge::Start, kt::PageEdge::End})
+          for (int k = 0; k < 3; ++k) {
+            const KeliRect r = k == 0 ? all : KeliRect{int(g() % W), int(g() % H), 1 + int(g() % W), 1 + int(g() % H)};
+            const KeliRect c = {r.x, r.y, std::min(r.width, W - r.x), std::min(r.height, H - r.y)};
+            std::vector<T> want;
+            for (int y = c.y; y < c.y + c.height; ++y)
+              for (int x = c.x; x < c.x + c.width; ++x)
+                for (int ch = 0; ch < 3; ++ch) want.push_back(whole[(static_cast<size_t>(y) * W + x) * 3 + ch]);
+            ASSERT_EQ(run<T>(raw, r, member(r, raw.size(), grid), g(), false, e), want) << W << "x" << H;
+          }
+      }
 }
 
 // The samples of region (x, y, w, h) of a whole-image result.

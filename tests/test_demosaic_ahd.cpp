@@ -244,6 +244,13 @@ void matchesReference(int maxV) {
 TEST(DemosaicAhd, MatchesWholePlaneForm8u) { matchesReference<Kel8u>(255); }
 TEST(DemosaicAhd, MatchesWholePlaneForm16u) { matchesReference<Kel16u>(65535); }
 
+// Images of 5 to 10 pixels: the reach of five pixels and its reflection
+// (twice over in five-pixel images) never leave the image.
+TEST(DemosaicAhd, ReadsStayInsideTheImage) {
+  checkPageEdges<Kel8u>(5, 255, ahdFn<Kel8u>);
+  checkPageEdges<Kel16u>(5, 65535, ahdFn<Kel16u>);
+}
+
 // Every vector path gives the bytes of the scalar definitions.
 template <class T>
 void pathsAgree(int maxV) {

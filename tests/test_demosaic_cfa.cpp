@@ -157,6 +157,11 @@ void regionsMatchWhole(int maxV) {
 TEST(DemosaicCfa, RegionsMatchTheWholeImage8u) { regionsMatchWhole<Kel8u>(255); }
 TEST(DemosaicCfa, RegionsMatchTheWholeImage16u) { regionsMatchWhole<Kel16u>(65535); }
 
+TEST(DemosaicCfa, ReadsStayInsideTheImage) {
+  checkPageEdges<Kel8u>(2, 255, cfaFn<Kel8u>);
+  checkPageEdges<Kel16u>(2, 65535, cfaFn<Kel16u>);
+}
+
 // The formulas are the same integers at both depths: 16u samples below 256
 // give the 8u results.
 TEST(DemosaicCfa, SixteenBitAgreesOnEightBitValues) {

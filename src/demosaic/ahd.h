@@ -56,7 +56,7 @@ struct AhdHomRow {
   const float* mid[6];
   const float* dn[6];
   S* hm;
-  float eps;  // 0.0001f in the strips, 0 in the fast rectangle
+  float eps;  // 0.0001f in the strips; 0 in the fast rectangle, which adds nothing
 };
 
 // The choice for one output row: hm rows up, this, down; d at element 3.
@@ -267,8 +267,10 @@ inline void homRow(const AhdHomRow<S>& io, int i, int n) {
     }
     float epsL = fminOf(fmaxOf(dl[0][0], dl[0][1]), fmaxOf(dl[1][2], dl[1][3]));
     float epsC = fminOf(fmaxOf(dc[0][0], dc[0][1]), fmaxOf(dc[1][2], dc[1][3]));
-    epsL = epsL + io.eps;
-    epsC = epsC + io.eps;
+    if (io.eps != 0.0f) {  // the strips widen both tolerances; the fast rectangle does not
+      epsL = epsL + io.eps;
+      epsC = epsC + io.eps;
+    }
     int count[2] = {0, 0};
     for (int d = 0; d < 2; ++d)
       for (int k = 0; k < 4; ++k) count[d] += (dl[d][k] <= epsL && dc[d][k] <= epsC) ? 1 : 0;

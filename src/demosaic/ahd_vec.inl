@@ -180,6 +180,7 @@ template <class S>
 int homK(const AhdHomRow<S>& row, int i, int n) {
   const AhdHomRow<S> io = row;
   const f sign = F::set1(-0.0f), eps = F::set1(io.eps);
+  const bool widen = io.eps != 0.0f;
   auto ld = [](const float* p) { return F::load<16>(p); };
   for (; i + kBlock <= n; i += kBlock) {
     f dl[2][4], dc[2][4];
@@ -201,8 +202,9 @@ int homK(const AhdHomRow<S>& row, int i, int n) {
     }
     // min(a, b) is a < b ? a : b and max(a, b) a > b ? a : b, as in the
     // scalar form.
-    const f epsL = F::add(F::min(F::max(dl[0][0], dl[0][1]), F::max(dl[1][2], dl[1][3])), eps);
-    const f epsC = F::add(F::min(F::max(dc[0][0], dc[0][1]), F::max(dc[1][2], dc[1][3])), eps);
+    f epsL = F::min(F::max(dl[0][0], dl[0][1]), F::max(dl[1][2], dl[1][3]));
+    f epsC = F::min(F::max(dc[0][0], dc[0][1]), F::max(dc[1][2], dc[1][3]));
+    if (widen) epsL = F::add(epsL, eps), epsC = F::add(epsC, eps);
     v hm = V::zero();  // countH - countV: the masks are -1 where a neighbour counts
     for (int k = 0; k < 4; ++k) {
       hm = V::sub32(hm, F::asi(andf(le(dl[0][k], epsL), le(dc[0][k], epsC))));
