@@ -6,6 +6,7 @@
 #include <cstring>
 #include <functional>
 #include <random>
+#include <type_traits>
 #include <vector>
 
 #include "harness.h"
@@ -127,17 +128,31 @@ std::vector<T> crop(const std::vector<T>& whole, int W, KeliRect r) {
 // with faults together the first decides, and nothing is written. call(src
 // null, dst null, size, grid, dst) runs the member on a zeroed source and a
 // destination buffer of 1024 bytes.
-using ErrCall = std::function<KelStatus(bool, bool, KeliSize, KelBayerGrid, uint8_t*)>;
+// The grid goes in as an int, as a C caller may pass it: the members are
+// called through pointers with an int in its place (AsC).
+using ErrCall = std::function<KelStatus(bool, bool, KeliSize, int, uint8_t*)>;
+template <class F>
+struct AsCOf;
+template <class R, class... A>
+struct AsCOf<R (*)(A...)> {
+  template <class X>
+  using Swap = std::conditional_t<std::is_same_v<X, KelBayerGrid>, int, X>;
+  using type = R (*)(Swap<A>...);
+};
+template <class F>
+typename AsCOf<F>::type asC(F f) {
+  return reinterpret_cast<typename AsCOf<F>::type>(f);
+}
 inline void checkOrderG(int m, const ErrCall& call) {
-  const auto bad = static_cast<KelBayerGrid>(4), neg = static_cast<KelBayerGrid>(-1);
+  const int bad = 4, neg = -1, bg = kelBayerBGGR, rg = kelBayerRGGB;
   struct Case {
     bool nullSrc, nullDst;
     KeliSize size;
-    KelBayerGrid grid;
+    int grid;
     KelStatus want;
   } cases[] = {
-      {true, false, {m, m}, kelBayerRGGB, kelStatusNullPointer}, {false, true, {m - 1, m}, bad, kelStatusNullPointer},
-      {false, false, {m - 1, m}, bad, kelStatusBadSize},         {false, false, {m, m - 1}, kelBayerBGGR, kelStatusBadSize},
+      {true, false, {m, m}, rg, kelStatusNullPointer},   {false, true, {m - 1, m}, bad, kelStatusNullPointer},
+      {false, false, {m - 1, m}, bad, kelStatusBadSize}, {false, false, {m, m - 1}, bg, kelStatusBadSize},
       {false, false, {m, m}, bad, kelStatusBadArgument},         {false, false, {2 * m, 2 * m}, neg, kelStatusBadArgument},
   };
   std::vector<uint8_t> d(1024, 0x5A);
