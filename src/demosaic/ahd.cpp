@@ -7,7 +7,6 @@
 #include "demosaic/ahd.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "demosaic/cfa.h"
 #include "frame/checks.h"
@@ -245,25 +244,15 @@ KelStatus demosaicAhd(const T* src, KeliRect roi, KeliSize size, int srcStep, T*
 
 using namespace kel;
 
-namespace {
-// The grid as the caller passed it: a C caller may pass any int, which C++
-// must not load as the enum type, so its bytes are read as an int.
-int gridValue(const KelBayerGrid& g) {
-  int v;
-  std::memcpy(&v, &g, sizeof v);
-  return v;
-}
-}  // namespace
-
 extern "C" {
 
 KelStatus keliDemosaicAHD_8u_C1C3R(const Kel8u* src, KeliRect srcRoi, KeliSize srcSize, int srcStep, Kel8u* dst,
                                    int dstStep, KelBayerGrid grid, Kel8u* tmp, int tmpStep) {
-  return demosaicAhd<Kel8u>(src, srcRoi, srcSize, srcStep, dst, dstStep, gridValue(grid), tmp, tmpStep);
+  return demosaicAhd<Kel8u>(src, srcRoi, srcSize, srcStep, dst, dstStep, cfa::gridValue(grid), tmp, tmpStep);
 }
 KelStatus keliDemosaicAHD_16u_C1C3R(const Kel16u* src, KeliRect srcRoi, KeliSize srcSize, int srcStep, Kel16u* dst,
                                     int dstStep, KelBayerGrid grid, Kel16u* tmp, int tmpStep) {
-  return demosaicAhd<Kel16u>(src, srcRoi, srcSize, srcStep, dst, dstStep, gridValue(grid), tmp, tmpStep);
+  return demosaicAhd<Kel16u>(src, srcRoi, srcSize, srcStep, dst, dstStep, cfa::gridValue(grid), tmp, tmpStep);
 }
 
 }  // extern "C"

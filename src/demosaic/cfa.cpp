@@ -4,7 +4,6 @@
 #include "demosaic/cfa.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "frame/checks.h"
 #include "frame/cpu.h"
@@ -88,25 +87,15 @@ KelStatus cfaToRgb(const T* src, KeliRect roi, KeliSize size, int srcStep, T* ds
 
 using namespace kel;
 
-namespace {
-// The grid as the caller passed it: a C caller may pass any int, which C++
-// must not load as the enum type, so its bytes are read as an int.
-int gridValue(const KelBayerGrid& g) {
-  int v;
-  std::memcpy(&v, &g, sizeof v);
-  return v;
-}
-}  // namespace
-
 extern "C" {
 
 KelStatus keliCFAToRGB_8u_C1C3R(const Kel8u* src, KeliRect srcRoi, KeliSize srcSize, int srcStep, Kel8u* dst,
                                 int dstStep, KelBayerGrid grid) {
-  return cfaToRgb<Kel8u>(src, srcRoi, srcSize, srcStep, dst, dstStep, gridValue(grid));
+  return cfaToRgb<Kel8u>(src, srcRoi, srcSize, srcStep, dst, dstStep, cfa::gridValue(grid));
 }
 KelStatus keliCFAToRGB_16u_C1C3R(const Kel16u* src, KeliRect srcRoi, KeliSize srcSize, int srcStep, Kel16u* dst,
                                  int dstStep, KelBayerGrid grid) {
-  return cfaToRgb<Kel16u>(src, srcRoi, srcSize, srcStep, dst, dstStep, gridValue(grid));
+  return cfaToRgb<Kel16u>(src, srcRoi, srcSize, srcStep, dst, dstStep, cfa::gridValue(grid));
 }
 
 }  // extern "C"

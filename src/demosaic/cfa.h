@@ -16,6 +16,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "frame/arith.h"
 #include "kelcc.h"
@@ -62,6 +63,14 @@ inline constexpr uint8_t kSite[4][2][2] = {
     {{kG, kR}, {kB, kG}},  // GRBG
 };
 inline int siteAt(int grid, int x, int y) { return kSite[grid][y & 1][x & 1]; }
+
+// The grid argument as the caller passed it: a C caller may pass any int,
+// which C++ must not load as the enum type, so its bytes are read as one.
+inline int gridValue(const KelBayerGrid& g) {
+  int v;
+  std::memcpy(&v, &g, sizeof v);
+  return v;
+}
 
 inline int absDiff(int a, int b) { return a > b ? a - b : b - a; }
 
