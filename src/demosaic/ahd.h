@@ -120,6 +120,7 @@ struct Depth<uint16_t> {
   using Hm = int16_t;
 };
 
+// Each entry is the single-precision quotient of the two float constants.
 template <class T>
 struct Matrix {
   using D = Depth<T>;
