@@ -160,4 +160,35 @@ inline void checkOrderG(int m, const ErrCall& call) {
   for (uint8_t b : d) ASSERT_EQ(b, 0x5A);
 }
 
+// The members in the harness's terms, with the whole image as the region:
+// random sizes, offsets and steps, every vector path, inaccessible pages and
+// many callers at once come from the generic checks. AHD members get a work
+// buffer of their own per call.
+template <class T>
+kt::Member cfaMember(const char* name,
+                     KelStatus (*f)(const T*, KeliRect, KeliSize, int, T*, int, KelBayerGrid), int grid) {
+  kt::Member m{name, {kt::full(sizeof(T))}, {kt::full(3 * sizeof(T))}, [f, grid](kt::Call& c) {
+                 const KeliSize s = c.roi();
+                 return f(c.sT<T>(0), {0, 0, s.width, s.height}, s, c.ss(0), c.dT<T>(0), c.ds(0),
+                          static_cast<KelBayerGrid>(grid));
+               }};
+  m.minW = m.minH = 2;
+  m.sampleBytes = sizeof(T);
+  return m;
+}
+template <class T>
+kt::Member ahdMember(const char* name,
+                     KelStatus (*f)(const T*, KeliRect, KeliSize, int, T*, int, KelBayerGrid, T*, int), int grid) {
+  kt::Member m{name, {kt::full(sizeof(T))}, {kt::full(3 * sizeof(T))}, [f, grid](kt::Call& c) {
+                 const KeliSize s = c.roi();
+                 const int step = KELCC_AHD_TMP_STEP(std::max(s.width, 1), static_cast<int>(sizeof(T)));
+                 std::vector<T> tmp(static_cast<size_t>(KELCC_AHD_TMP_ROWS) * step / sizeof(T));
+                 return f(c.sT<T>(0), {0, 0, s.width, s.height}, s, c.ss(0), c.dT<T>(0), c.ds(0),
+                          static_cast<KelBayerGrid>(grid), tmp.data(), step);
+               }};
+  m.minW = m.minH = 5;
+  m.sampleBytes = sizeof(T);
+  return m;
+}
+
 }  // namespace dm

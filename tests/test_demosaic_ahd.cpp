@@ -101,7 +101,25 @@ std::vector<T> reference(const Raw<T>& raw, KeliRect r, int grid) {
   return out;
 }
 
+std::vector<kt::Member> members() {
+  return {ahdMember<Kel8u>("keliDemosaicAHD_8u_C1C3R rggb", keliDemosaicAHD_8u_C1C3R, kelBayerRGGB),
+          ahdMember<Kel8u>("keliDemosaicAHD_8u_C1C3R grbg", keliDemosaicAHD_8u_C1C3R, kelBayerGRBG),
+          ahdMember<Kel16u>("keliDemosaicAHD_16u_C1C3R bggr", keliDemosaicAHD_16u_C1C3R, kelBayerBGGR),
+          ahdMember<Kel16u>("keliDemosaicAHD_16u_C1C3R gbrg", keliDemosaicAHD_16u_C1C3R, kelBayerGBRG)};
+}
+KT_MEMBERS(members);
+
 }  // namespace
+
+// The generic checks of the harness (order G has its own test below).
+TEST(DemosaicAhd, GuardsPathsAndPages) {
+  for (const kt::Member& m : members()) {
+    SCOPED_TRACE(m.name);
+    kt::checkGuards(m, 40, 80, 14);
+    kt::checkPaths(m, 30, 80, 14);
+    kt::checkPageEdges(m, 24);
+  }
+}
 
 // Order G: pointers, size (5 by 5, where bilinear takes 2 by 2), grid;
 // nothing written on error. A region beyond the image, or empty after

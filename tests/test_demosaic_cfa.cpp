@@ -31,7 +31,25 @@ std::array<int, 3> px(const std::vector<Kel8u>& v, int W, int x, int y) {
   return {v[i], v[i + 1], v[i + 2]};
 }
 
+std::vector<kt::Member> members() {
+  return {cfaMember<Kel8u>("keliCFAToRGB_8u_C1C3R rggb", keliCFAToRGB_8u_C1C3R, kelBayerRGGB),
+          cfaMember<Kel8u>("keliCFAToRGB_8u_C1C3R gbrg", keliCFAToRGB_8u_C1C3R, kelBayerGBRG),
+          cfaMember<Kel16u>("keliCFAToRGB_16u_C1C3R bggr", keliCFAToRGB_16u_C1C3R, kelBayerBGGR),
+          cfaMember<Kel16u>("keliCFAToRGB_16u_C1C3R grbg", keliCFAToRGB_16u_C1C3R, kelBayerGRBG)};
+}
+KT_MEMBERS(members);
+
 }  // namespace
+
+// The generic checks of the harness (order G has its own test below).
+TEST(DemosaicCfa, GuardsPathsAndPages) {
+  for (const kt::Member& m : members()) {
+    SCOPED_TRACE(m.name);
+    kt::checkGuards(m);
+    kt::checkPaths(m);
+    kt::checkPageEdges(m);
+  }
+}
 
 // Order G: pointers, size (2 by 2), grid; nothing written on error. A region
 // that starts at or beyond the right edge writes nothing.
