@@ -621,6 +621,32 @@ KELCC_API KelStatus keliToneMapMean_32f8u_C1R(const Kel32f* src, int srcStep, Ke
 
 /* ============================================================ Demosaicing */
 /* @section demosaic */
+/* Bayer raw images to interleaved R, G, B. `src` is the origin of the whole
+   raw image of srcSize pixels; srcRoi selects the pixels written, and dst
+   points to the first of them. Neighbours are read from the whole image,
+   also outside the region; the region is clipped at the right and bottom
+   edges (a negative x or y is taken as 0). `grid` names the pattern of the
+   image's top left 2 by 2 block. Steps are in bytes; the 16u members use
+   srcStep >> 1 samples per source row (CFAToRGB also dstStep >> 1 per
+   destination row; AHD places destination and tmp rows dstStep and tmpStep
+   bytes apart).
+
+   CFAToRGB: bilinear with a gradient test for green; any size from 2 by 2.
+   DemosaicAHD: adaptive homogeneity-directed; any size from 5 by 5; single
+   threaded; `tmp` is the caller's work memory of 30 rows, tmpStep bytes
+   apart, each of at least (clipped region width + 8) samples of the image's
+   type. KELCC_AHD_TMP_STEP and KELCC_AHD_TMP_BYTES size it. */
+KELCC_API KelStatus keliCFAToRGB_8u_C1C3R(const Kel8u* src, KeliRect srcRoi, KeliSize srcSize, int srcStep, Kel8u* dst, int dstStep, KelBayerGrid grid);
+KELCC_API KelStatus keliCFAToRGB_16u_C1C3R(const Kel16u* src, KeliRect srcRoi, KeliSize srcSize, int srcStep, Kel16u* dst, int dstStep, KelBayerGrid grid);
+KELCC_API KelStatus keliDemosaicAHD_8u_C1C3R(const Kel8u* src, KeliRect srcRoi, KeliSize srcSize, int srcStep, Kel8u* dst, int dstStep, KelBayerGrid grid, Kel8u* tmp, int tmpStep);
+KELCC_API KelStatus keliDemosaicAHD_16u_C1C3R(const Kel16u* src, KeliRect srcRoi, KeliSize srcSize, int srcStep, Kel16u* dst, int dstStep, KelBayerGrid grid, Kel16u* tmp, int tmpStep);
+/* Rows of the AHD work buffer and the smallest row step in bytes for a
+   clipped region `width` pixels wide and samples of `sampleBytes` bytes
+   (1 for 8u, 2 for 16u); KELCC_AHD_TMP_BYTES(width, sampleBytes) is the
+   whole buffer at that step. */
+#define KELCC_AHD_TMP_ROWS 30
+#define KELCC_AHD_TMP_STEP(width, sampleBytes) (((width) + 8) * (sampleBytes))
+#define KELCC_AHD_TMP_BYTES(width, sampleBytes) (KELCC_AHD_TMP_ROWS * KELCC_AHD_TMP_STEP(width, sampleBytes))
 
 /* ============================================================ YCoCg lifting */
 /* @section ycocg */

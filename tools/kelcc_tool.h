@@ -87,6 +87,8 @@ struct Registrar {
 
 // Picture I/O (PNG via libpng, binary PPM).
 bool writePng(const std::string& path, const Image& img);
+// Interleaved 16-bit RGB, rows tightly packed.
+bool writePng16(const std::string& path, const uint16_t* rgb, int w, int h);
 bool writePngGray(const std::string& path, const uint8_t* gray, int w, int h, int step);
 bool readImage(const std::string& path, Image& img);  // PNG or PPM, by content
 bool writePpm(const std::string& path, const Image& img);

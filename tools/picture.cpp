@@ -63,7 +63,8 @@ Image testPicture(int w, int h) {
 }
 
 namespace {
-bool writePngRows(const std::string& path, int w, int h, int colorType, const std::function<const uint8_t*(int)>& row) {
+bool writePngRows(const std::string& path, int w, int h, int colorType, const std::function<const uint8_t*(int)>& row,
+                  int bitDepth = 8) {
   FILE* f = std::fopen(path.c_str(), "wb");
   if (!f) return false;
   png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
@@ -74,7 +75,7 @@ bool writePngRows(const std::string& path, int w, int h, int colorType, const st
     return false;
   }
   png_init_io(png, f);
-  png_set_IHDR(png, info, w, h, 8, colorType, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
+  png_set_IHDR(png, info, w, h, bitDepth, colorType, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
                PNG_FILTER_TYPE_DEFAULT);
   png_write_info(png, info);
   for (int y = 0; y < h; ++y) png_write_row(png, const_cast<png_bytep>(row(y)));
@@ -83,6 +84,19 @@ bool writePngRows(const std::string& path, int w, int h, int colorType, const st
   return std::fclose(f) == 0;
 }
 }  // namespace
+
+bool writePng16(const std::string& path, const uint16_t* rgb, int w, int h) {
+  // PNG keeps 16-bit samples big-endian.
+  std::vector<uint8_t> be(static_cast<size_t>(6) * w);
+  return writePngRows(
+      path, w, h, PNG_COLOR_TYPE_RGB,
+      [&](int y) {
+        const uint16_t* s = rgb + static_cast<size_t>(3) * w * y;
+        for (int k = 0; k < 3 * w; ++k) be[2 * k] = static_cast<uint8_t>(s[k] >> 8), be[2 * k + 1] = s[k] & 255;
+        return be.data();
+      },
+      16);
+}
 
 bool writePng(const std::string& path, const Image& img) {
   return writePngRows(path, img.w, img.h, PNG_COLOR_TYPE_RGB,
