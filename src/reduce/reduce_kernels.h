@@ -1,0 +1,30 @@
+// Vector bodies of the 8-bit members, compiled once per instruction set from
+// reduce_vec.inl. A kernel works on the samples of one row from sample i on,
+// in whole chunks while a chunk fits below n, and returns the sample where
+// it stopped; the scalar definition takes the rest. Results are those of the
+// scalar definitions in reduce.h and ordered.h, sample for sample.
+#pragma once
+
+#include <cstdint>
+
+namespace kel {
+
+// Ordered dithering of an 8-bit row whose pixels hold p samples, all of them
+// quantised (C1, C3, C4); thr4 holds the row's four thresholds.
+using KernBayer8u = int64_t (*)(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, int p, float step, float inv,
+                                const float* thr4);
+// Nearest level of a run of 8-bit samples (L = levels - 1, s = 1 / L, h = 0.5 / L).
+using KernNearest8u = int64_t (*)(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float L, float sv, float h);
+
+struct ReduceKernels {
+  KernBayer8u bayer8u;
+  KernNearest8u nearest8u;
+};
+namespace sse41 {
+extern const ReduceKernels kReduceKernels;
+}
+namespace avx2 {
+extern const ReduceKernels kReduceKernels;
+}
+
+}  // namespace kel
