@@ -3,6 +3,7 @@
 // split among workers, noise tables, allocation failures.
 #include <omp.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <random>
@@ -10,6 +11,7 @@
 
 #include "core/core_test.h"
 #include "harness.h"
+#include "reduce/diffusion.h"
 #include "support/support.h"
 
 using namespace kt;
@@ -429,4 +431,61 @@ TEST(ReduceBits, AllocationFailures) {
       // Tables and two generators with noise, the error block in diffusion.
       EXPECT_EQ(failures, (c.noise ? 4 : 0) + (c.t == kBayer ? 0 : 1)) << c.t << " " << c.noise;
     }
+}
+
+// Rows run several at a time in the library; the row-by-row definition,
+// with its two or three turning error rows, gives the same bytes.
+namespace {
+template <class Dp, bool Noise>
+std::vector<typename Dp::D> rowByRow(const std::vector<typename Dp::S>& src, int w, int h, int levels, int noise,
+                                     KelDitherType t) {
+  using namespace kel::reduce;
+  const Scale sc = Dp::scale(float(levels - 1));
+  NoiseTables nz;
+  if (Noise) {
+    EXPECT_EQ(nz.build(float(50 - noise) * sc.step / 100.0f, float(50 + noise) * sc.step / 100.0f), kelStatusOk);
+  }
+  const DiffuseThresh<Noise> th{sc.step * 0.5f, &nz};
+  const int wp = (w + 3) & ~3, len = t == kFs ? w + 2 : wp + 4, m = t == kFs ? 1 : 2;
+  std::vector<float> e(3 * len, 0.0f);
+  float* r[3] = {&e[m], &e[len + m], &e[2 * len + m]};
+  std::vector<typename Dp::D> dst(src.size());
+  for (int y = 0; y < h; ++y) {
+    if (t == kFs) {
+      fsRow<Dp, Dp::kAlt, Noise>(&src[y * w], &dst[y * w], r[0], r[1], w, 1, y, sc, th);
+      std::swap(r[0], r[1]);
+    } else {
+      stJjRow<Dp, Noise>(&src[y * w], &dst[y * w], r[0], r[1], r[2], w, 1, y, t == kStucki ? kel::reduce::kStucki : kJarvis, sc, th);
+      std::rotate(r, r + 1, r + 3);
+    }
+  }
+  return dst;
+}
+
+template <class Dp>
+void checkRowByRow(Fn<typename Dp::S, typename Dp::D> f, bool floatSrc) {
+  std::mt19937 rng(21);
+  for (int i = 0; i < 60; ++i) {
+    const int w = 1 + int(rng() % 37), h = 1 + int(rng() % 11), levels = 2 + int(rng() % 200);
+    const int noise = (i & 1) ? int(rng() % 101) : 0;
+    const KelDitherType t = i % 3 == 0 ? kFs : (i % 3 == 1 ? kJjn : kStucki);
+    std::vector<typename Dp::S> src(w * h);
+    for (auto& v : src) v = floatSrc ? typename Dp::S(float(rng() % 1100) / 1000.0f - 0.05f) : typename Dp::S(rng());
+    const auto want = noise ? rowByRow<Dp, true>(src, w, h, levels, noise, t) : rowByRow<Dp, false>(src, w, h, levels, 0, t);
+    ASSERT_EQ((reduce<typename Dp::S, typename Dp::D>(f, src, w, h, 1, t, levels, noise)), want)
+        << w << "x" << h << " levels " << levels << " noise " << noise << " method " << t;
+  }
+}
+}  // namespace
+
+TEST(ReduceBits, DiffusionEqualsTheRowByRowDefinition) {
+  using namespace kel::reduce;
+  checkRowByRow<D8u>(keliReduceBits_8u_C1R, false);
+  checkRowByRow<D16u>(keliReduceBits_16u_C1R, false);
+  checkRowByRow<D16s>(keliReduceBits_16s_C1R, false);
+  checkRowByRow<D16u8u>(keliReduceBits_16u8u_C1R, false);
+  checkRowByRow<D16s8u>(keliReduceBits_16s8u_C1R, false);
+  checkRowByRow<D32f8u>(keliReduceBits_32f8u_C1R, true);
+  checkRowByRow<D32f16u>(keliReduceBits_32f16u_C1R, true);
+  checkRowByRow<D32f16s>(keliReduceBits_32f16s_C1R, true);
 }

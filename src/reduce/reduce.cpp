@@ -127,27 +127,32 @@ KelStatus ownDiffuse(const typename Dp::S* src, ptrdiff_t srcSamples, typename D
   if (!blocks) return kelStatusNoMemory;
 
   const DiffuseThresh<Noise> th{sc.step * 0.5f, &nz};
-  const Kernel12& k12 = type == kelDitherStucki ? kStucki : kJarvis;
+  const Kernel12 k12 = type == kelDitherStucki ? kStucki : kJarvis;
   runChannelWorkers(workers, n, [&](int wk, int first, int count) {
     float* b = blocks + wk * blockLen;
     std::fill(b, b + blockLen, 0.0f);
     const int margin = Fs ? 1 : 2;
     float* rows[3] = {b + margin, b + rowLen + margin, b + 2 * rowLen + margin};
-    for (int ch = first; ch < first + count; ++ch) {
-      for (int y = 0; y < h; ++y) {
-        const auto* s = src + srcSamples * y + ch;
-        auto* d = dst + dstSamples * y + ch;
-        if constexpr (Fs) {
-          fsRow<Dp, Dp::kAlt, Noise>(s, d, rows[0], rows[1], w, p, y, sc, th);
-          std::swap(rows[0], rows[1]);
-        } else {
-          stJjRow<Dp, Noise>(s, d, rows[0], rows[1], rows[2], w, p, y, k12, sc, th);
-          float* old = rows[0];
-          rows[0] = rows[1];
-          rows[1] = rows[2];
-          rows[2] = old;
-        }
+    // The worker's channels as one stream of rows, row j of the stream being
+    // row j % h of channel first + j / h; the error rows turn with j.
+    constexpr int K = 4;
+    const int64_t total = static_cast<int64_t>(count) * h;
+    for (int64_t j0 = 0; j0 < total; j0 += K) {
+      const int k = static_cast<int>(std::min<int64_t>(K, total - j0));
+      RowCtx<Dp> c[K];
+      for (int r = 0; r < k; ++r) {
+        const int64_t j = j0 + r;
+        const int ch = first + static_cast<int>(j / h), y = static_cast<int>(j % h);
+        if constexpr (Fs)
+          c[r] = {src + srcSamples * y + ch, dst + dstSamples * y + ch, nullptr, rows[j & 1], rows[(j + 1) & 1], y};
+        else
+          c[r] = {src + srcSamples * y + ch, dst + dstSamples * y + ch, rows[j % 3], rows[(j + 1) % 3],
+                  rows[(j + 2) % 3], y};
       }
+      if constexpr (Fs)
+        wavefront<K, 2>(c, k, w, [p, sc, th](const RowCtx<Dp>& rc, int x) KEL_REDUCE_ALWAYS { fsPixel<Dp, Dp::kAlt, Noise>(rc, x, p, sc, th); });
+      else
+        wavefront<K, 3>(c, k, w, [p, sc, th, k12](const RowCtx<Dp>& rc, int x) KEL_REDUCE_ALWAYS { stJjPixel<Dp, Noise>(rc, x, p, k12, sc, th); });
     }
   });
   kelsFree(blocks);

@@ -17,6 +17,11 @@
 #include "kelcc.h"
 #include "support/support.h"
 
+// The per-sample steps are forced inline: the diffusion loops run several
+// rows' chains side by side, which only pays when nothing is a call.
+#define KEL_REDUCE_INLINE inline __attribute__((always_inline))
+#define KEL_REDUCE_ALWAYS __attribute__((always_inline))
+
 namespace kel {
 namespace {
 namespace reduce {
@@ -24,9 +29,9 @@ namespace reduce {
 // Float to integer toward zero as cvttss2si gives it: INT32_MIN for values
 // outside the 32-bit range and for NaN, so that float sources far outside
 // 0..1 saturate at the store the same way in every path.
-inline int32_t truncF(float a) { return _mm_cvtt_ss2si(_mm_set_ss(a)); }
+KEL_REDUCE_INLINE int32_t truncF(float a) { return _mm_cvtt_ss2si(_mm_set_ss(a)); }
 // The guarded truncation: widened to double, 9e-6 added, then cut toward zero.
-inline int32_t truncG(float a) { return _mm_cvttsd_si32(_mm_set_sd(static_cast<double>(a) + 9e-6)); }
+KEL_REDUCE_INLINE int32_t truncG(float a) { return _mm_cvttsd_si32(_mm_set_sd(static_cast<double>(a) + 9e-6)); }
 template <bool G>
 inline int32_t cut(float a) {
   if constexpr (G)
@@ -57,11 +62,13 @@ struct Scale {
 // The level chosen for working value w: the level below w (by the member's
 // truncation t), moved one step up when w lies above it by more than thr.
 // A tie stays on the lower level. Each operation is rounded to float.
+// Written as a select of the step or 0.0 (q + 0.0 is q: q is never -0.0), so
+// that the compiler needs no branch for this unpredictable decision.
 template <bool G>
-inline float quant(float w, float thr, Scale sc) {
-  float q = static_cast<float>(cut<G>(w * sc.inv)) * sc.step;
-  if (thr < w - q) q = q + sc.step;
-  return q;
+KEL_REDUCE_INLINE float quant(float w, float thr, Scale sc) {
+  const float q = static_cast<float>(cut<G>(w * sc.inv)) * sc.step;
+  const float up = thr < w - q ? sc.step : 0.0f;
+  return q + up;
 }
 
 template <class S_, class D_>
