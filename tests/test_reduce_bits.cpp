@@ -85,6 +85,9 @@ TEST(ReduceBits, GuardsErrorsAndPaths) {
     int noise, levels;
   } methods[] = {{kNone, 0, 7}, {kBayer, 0, 5}, {kBayer, 40, 3}, {kFs, 0, 4},       {kFs, 25, 6},
                  {kJjn, 0, 9},  {kJjn, 60, 2},  {kStucki, 0, 3}, {kStucki, 100, 17}};
+  // One thread: the team sizes have tests of their own, and a region per
+  // call costs much on a busy machine.
+  ThreadScope threads(1);
   for (const Entry& e : entries())
     for (const auto& mt : methods) {
       const Member m = member(e, mt.t, mt.noise, mt.levels);
