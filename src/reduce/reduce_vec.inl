@@ -27,7 +27,7 @@ inline fv sub(fv a, fv b) { return _mm256_sub_ps(a, b); }
 inline iv cvtt(fv a) { return _mm256_cvttps_epi32(a); }
 inline fv cvt(iv a) { return _mm256_cvtepi32_ps(a); }
 inline fv lt(fv a, fv b) { return _mm256_cmp_ps(a, b, _CMP_LT_OQ); }
-inline fv pick(fv no, fv yes, fv m) { return _mm256_blendv_ps(no, yes, m); }
+inline fv andf(fv a, fv b) { return _mm256_and_ps(a, b); }
 inline void storeBytes(uint8_t* d, const iv r[4]) {
   auto half = [](iv a) { return _mm_packs_epi32(_mm256_castsi256_si128(a), _mm256_extracti128_si256(a, 1)); };
   _mm_storeu_si128(reinterpret_cast<__m128i*>(d), _mm_packus_epi16(half(r[0]), half(r[1])));
@@ -50,7 +50,7 @@ inline fv sub(fv a, fv b) { return _mm_sub_ps(a, b); }
 inline iv cvtt(fv a) { return _mm_cvttps_epi32(a); }
 inline fv cvt(iv a) { return _mm_cvtepi32_ps(a); }
 inline fv lt(fv a, fv b) { return _mm_cmplt_ps(a, b); }
-inline fv pick(fv no, fv yes, fv m) { return _mm_blendv_ps(no, yes, m); }
+inline fv andf(fv a, fv b) { return _mm_and_ps(a, b); }
 inline void storeBytes(uint8_t* d, const iv r[4]) {
   _mm_storeu_si128(reinterpret_cast<__m128i*>(d),
                    _mm_packus_epi16(_mm_packs_epi32(r[0], r[1]), _mm_packs_epi32(r[2], r[3])));
@@ -58,31 +58,43 @@ inline void storeBytes(uint8_t* d, const iv r[4]) {
 #endif
 constexpr int kChunk = 4 * kL;
 
-// Ordered dither: the thresholds repeat every 4 pixels (4p samples); a
-// table of one period plus one vector gives the thresholds of any vector by
-// its offset in the period.
-int64_t bayer8u(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, int p, float step, float inv, const float* thr4) {
-  const int period = 4 * p;
-  alignas(32) float t[16 + kL];
-  for (int j = 0; j < period + kL; ++j) t[j] = thr4[(j % period) / p];
+// Ordered dither: the thresholds repeat every 4 pixels (4p samples), so the
+// vectors of a row need C = 4p / gcd(4p, lanes) distinct threshold vectors,
+// kept in registers; a pass covers lcm(4, C) vectors, which always ends on a
+// pixel boundary.
+constexpr int gcd(int a, int b) { return b ? gcd(b, a % b) : a; }
+
+template <int P>
+int64_t bayer8uP(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float step, float inv, const float* thr4) {
+  constexpr int kPeriod = 4 * P;
+  constexpr int kC = kPeriod / gcd(kPeriod, kL);
+  constexpr int kPass = 4 * kC / gcd(4, kC);  // vectors per pass
+  alignas(32) float t[kPeriod + kL];
+  for (int j = 0; j < kPeriod + kL; ++j) t[j] = thr4[(j % kPeriod) / P];
+  const int o0 = static_cast<int>(i % kPeriod);
+  fv tv[kC];
+  for (int m = 0; m < kC; ++m) tv[m] = ld(t + (o0 + m * kL) % kPeriod);
   const fv vstep = set1(step), vinv = set1(inv);
-  int o = static_cast<int>(i % period);
-  // Stop on a pixel boundary: whole runs of p chunks for three samples.
-  const int64_t unit = p == 3 ? 3 * kChunk : kChunk;
-  const int64_t end = i + (n - i) / unit * unit;
-  for (; i < end; i += kChunk) {
-    iv r[4];
-    for (int k = 0; k < 4; ++k) {
-      const fv w = bytesToF(s + i + k * kL);
-      const fv q = mul(cvt(cvtt(mul(w, vinv))), vstep);
-      const fv up = lt(ld(t + o), sub(w, q));
-      r[k] = cvtt(pick(q, add(q, vstep), up));
-      o += kL;
-      while (o >= period) o -= period;
+  const int64_t end = i + (n - i) / (kPass * kL) * (kPass * kL);
+  for (; i < end; i += kPass * kL) {
+    for (int g = 0; g < kPass / 4; ++g) {
+      iv r[4];
+      for (int k = 0; k < 4; ++k) {
+        const fv w = bytesToF(s + i + (4 * g + k) * kL);
+        const fv q = mul(cvt(cvtt(mul(w, vinv))), vstep);
+        // q + (step or 0.0): q is never -0.0, so adding 0.0 keeps it.
+        r[k] = cvtt(add(q, andf(lt(tv[(4 * g + k) % kC], sub(w, q)), vstep)));
+      }
+      storeBytes(d + i + 4 * g * kL, r);
     }
-    storeBytes(d + i, r);
   }
   return i;
+}
+
+int64_t bayer8u(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, int p, float step, float inv, const float* thr4) {
+  if (p == 1) return bayer8uP<1>(s, d, i, n, step, inv, thr4);
+  if (p == 3) return bayer8uP<3>(s, d, i, n, step, inv, thr4);
+  return bayer8uP<4>(s, d, i, n, step, inv, thr4);
 }
 
 int64_t nearest8u(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float L, float sv, float h) {
@@ -92,8 +104,8 @@ int64_t nearest8u(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float L, f
     for (int k = 0; k < 4; ++k) {
       const fv x = mul(bytesToF(s + i + k * kL), kNorm);
       const fv q = mul(vs, cvt(cvtt(mul(x, vL))));
-      const fv up = lt(vh, sub(x, q));
-      r[k] = cvtt(mul(pick(q, add(q, vs), up), k255));
+      // q + (s or 0.0): q is never -0.0, so adding 0.0 keeps it.
+      r[k] = cvtt(mul(add(q, andf(lt(vh, sub(x, q)), vs)), k255));
     }
     storeBytes(d + i, r);
   }
