@@ -69,10 +69,12 @@ KelStatus ownBayer(const typename Dp::S* src, ptrdiff_t srcBytes, typename Dp::D
   }
   const int n = samplesQuantised(chan), p = samplesInMemory(chan);
   const int w = roi.width;
-  // 8-bit rows whose samples are all quantised have vector bodies.
-  Chain<KernBayer8u> chain{};
-  if constexpr (std::is_same_v<Dp, D8u>)
-    if (chan != 4) chain = chainFor(&ReduceKernels::bayer8u, sse41::kReduceKernels, avx2::kReduceKernels);
+  // Rows whose samples are all quantised have vector bodies.
+  Chain<KernBayer> chain{};
+  if (chan != 4) {
+    constexpr int pair = pairIndex<typename Dp::S, typename Dp::D>();
+    chain = chainOf([](const ReduceKernels& t) { return t.bayer[pair]; }, sse41::kReduceKernels, avx2::kReduceKernels);
+  }
   parallelRows(roi.height, [&](int y) {
     const auto* s = byteOffset(src, srcBytes * y);
     auto* d = byteOffset(dst, dstBytes * y);
@@ -86,13 +88,10 @@ KelStatus ownBayer(const typename Dp::S* src, ptrdiff_t srcBytes, typename Dp::D
     } else {
       float thr[4];
       bayerRowThresh(sc.step, y, thr);
-      int x = 0;
-      if constexpr (std::is_same_v<Dp, D8u>) {
-        int64_t i = 0;
-        for (auto k : chain.k)
-          if (k) i = k(s, d, i, static_cast<int64_t>(w) * p, p, sc.step, sc.inv, thr);
-        x = static_cast<int>(i / p);  // the kernels stop on a pixel boundary
-      }
+      int64_t i = 0;
+      for (auto k : chain.k)
+        if (k) i = k(s, d, i, static_cast<int64_t>(w) * p, p, sc.step, sc.inv, thr);
+      const int x = static_cast<int>(i / p);  // the kernels stop on a pixel boundary
       bayerRow<Dp, false>(s, d, x, w, n, p, sc, thr);
     }
   });

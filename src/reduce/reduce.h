@@ -152,6 +152,19 @@ struct Depth {
   }
 };
 
+// Index of a depth pair in the kernel tables.
+template <class S, class D>
+constexpr int pairIndex() {
+  if constexpr (std::is_same_v<S, Kel32f>)
+    return std::is_same_v<D, Kel8u> ? 5 : (std::is_same_v<D, Kel16u> ? 6 : 7);
+  else if constexpr (sizeof(S) == 1)
+    return 0;
+  else if constexpr (sizeof(D) == 2)
+    return std::is_same_v<S, Kel16u> ? 1 : 2;
+  else
+    return std::is_same_v<S, Kel16u> ? 3 : 4;
+}
+
 using D8u = Depth<Kel8u, Kel8u>;
 using D16u = Depth<Kel16u, Kel16u>;
 using D16s = Depth<Kel16s, Kel16s>;

@@ -1,11 +1,13 @@
-// Vector bodies of the 8-bit ordered dither and nearest level, the lane-wise
-// forms of the scalar definitions (ordered.h, reduce.h). A chunk is four
-// float vectors of samples: 16 samples with SSE4.1, 32 with AVX2; bytes are
-// widened to 32-bit lanes, and the results narrowed by signed then unsigned
-// saturation, which is clip8 of the 32-bit value.
+// Vector bodies of the ordered dither and the 8-bit nearest level, the
+// lane-wise forms of the scalar definitions (ordered.h, reduce.h). A chunk is
+// four float vectors of samples: 16 samples with SSE4.1, 32 with AVX2.
+// Samples are widened to 32-bit lanes; results are narrowed by signed then
+// unsigned saturation (clip8 of the 32-bit value) or by unsigned saturation
+// to 16 bits (sat16u), the 16s outputs then shifted by 32768 in their sign bit.
 #include <cstring>
 
 #include "frame/simd.h"
+#include "reduce/reduce.h"
 #include "reduce/reduce_kernels.h"
 
 namespace kel {
@@ -28,6 +30,25 @@ inline iv cvtt(fv a) { return _mm256_cvttps_epi32(a); }
 inline fv cvt(iv a) { return _mm256_cvtepi32_ps(a); }
 inline fv lt(fv a, fv b) { return _mm256_cmp_ps(a, b, _CMP_LT_OQ); }
 inline fv andf(fv a, fv b) { return _mm256_and_ps(a, b); }
+inline fv loadF(const Kel8u* p) { return bytesToF(p); }
+inline fv loadF(const Kel16u* p) {
+  return _mm256_cvtepi32_ps(_mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))));
+}
+inline fv loadF(const Kel16s* p) {  // v + 32768
+  const iv v = _mm256_cvtepi16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)));
+  return _mm256_cvtepi32_ps(_mm256_add_epi32(v, _mm256_set1_epi32(32768)));
+}
+inline fv loadF(const Kel32f* p) { return _mm256_loadu_ps(p); }
+inline iv sra8(iv a) { return _mm256_srai_epi32(a, 8); }
+// Four vectors of 32-bit values as 16-bit samples, sat16u, then `flip`
+// xored into each (0x8000 for 16s outputs).
+inline void storeWords(void* d, const iv r[4], int flip) {
+  const __m128i f = _mm_set1_epi16(static_cast<int16_t>(flip));
+  for (int k = 0; k < 4; ++k) {
+    const __m128i w = _mm_packus_epi32(_mm256_castsi256_si128(r[k]), _mm256_extracti128_si256(r[k], 1));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(static_cast<char*>(d) + 16 * k), _mm_xor_si128(w, f));
+  }
+}
 inline void storeBytes(uint8_t* d, const iv r[4]) {
   auto half = [](iv a) { return _mm_packs_epi32(_mm256_castsi256_si128(a), _mm256_extracti128_si256(a, 1)); };
   _mm_storeu_si128(reinterpret_cast<__m128i*>(d), _mm_packus_epi16(half(r[0]), half(r[1])));
@@ -51,6 +72,22 @@ inline iv cvtt(fv a) { return _mm_cvttps_epi32(a); }
 inline fv cvt(iv a) { return _mm_cvtepi32_ps(a); }
 inline fv lt(fv a, fv b) { return _mm_cmplt_ps(a, b); }
 inline fv andf(fv a, fv b) { return _mm_and_ps(a, b); }
+inline fv loadF(const Kel8u* p) { return bytesToF(p); }
+inline fv loadF(const Kel16u* p) {
+  return _mm_cvtepi32_ps(_mm_cvtepu16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))));
+}
+inline fv loadF(const Kel16s* p) {  // v + 32768
+  const iv v = _mm_cvtepi16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
+  return _mm_cvtepi32_ps(_mm_add_epi32(v, _mm_set1_epi32(32768)));
+}
+inline fv loadF(const Kel32f* p) { return _mm_loadu_ps(p); }
+inline iv sra8(iv a) { return _mm_srai_epi32(a, 8); }
+inline void storeWords(void* d, const iv r[4], int flip) {
+  const __m128i f = _mm_set1_epi16(static_cast<int16_t>(flip));
+  for (int k = 0; k < 2; ++k)
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(static_cast<char*>(d) + 16 * k),
+                     _mm_xor_si128(_mm_packus_epi32(r[2 * k], r[2 * k + 1]), f));
+}
 inline void storeBytes(uint8_t* d, const iv r[4]) {
   _mm_storeu_si128(reinterpret_cast<__m128i*>(d),
                    _mm_packus_epi16(_mm_packs_epi32(r[0], r[1]), _mm_packs_epi32(r[2], r[3])));
@@ -64,8 +101,22 @@ constexpr int kChunk = 4 * kL;
 // pixel boundary.
 constexpr int gcd(int a, int b) { return b ? gcd(b, a % b) : a; }
 
-template <int P>
-int64_t bayer8uP(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float step, float inv, const float* thr4) {
+// The store of a level q, before the final narrowing (trunc throughout:
+// the noise-free ordered members never use the guarded cut).
+template <class S, class D>
+inline iv levelOut(fv q) {
+  if constexpr (std::is_same_v<S, Kel32f>)
+    return cvtt(mul(q, set1(sizeof(D) == 1 ? 255.0f : 65535.0f)));
+  else if constexpr (sizeof(S) == 2 && sizeof(D) == 1)
+    return sra8(cvtt(q));
+  else
+    return cvtt(q);
+}
+
+template <class S, class D, int P>
+int64_t bayerP(const void* sv, void* dv, int64_t i, int64_t n, float step, float inv, const float* thr4) {
+  const S* s = static_cast<const S*>(sv);
+  D* d = static_cast<D*>(dv);
   constexpr int kPeriod = 4 * P;
   constexpr int kC = kPeriod / gcd(kPeriod, kL);
   constexpr int kPass = 4 * kC / gcd(4, kC);  // vectors per pass
@@ -80,21 +131,28 @@ int64_t bayer8uP(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float step,
     for (int g = 0; g < kPass / 4; ++g) {
       iv r[4];
       for (int k = 0; k < 4; ++k) {
-        const fv w = bytesToF(s + i + (4 * g + k) * kL);
+        const fv w = loadF(s + i + (4 * g + k) * kL);
         const fv q = mul(cvt(cvtt(mul(w, vinv))), vstep);
-        // q + (step or 0.0): q is never -0.0, so adding 0.0 keeps it.
-        r[k] = cvtt(add(q, andf(lt(tv[(4 * g + k) % kC], sub(w, q)), vstep)));
+        // q + (step or 0.0): q is float(int) * step with step > 0, never
+        // -0.0, so adding 0.0 keeps it (a NaN w keeps q too: the
+        // comparison with it is false).
+        r[k] = levelOut<S, D>(add(q, andf(lt(tv[(4 * g + k) % kC], sub(w, q)), vstep)));
       }
-      storeBytes(d + i + 4 * g * kL, r);
+      D* o = d + i + 4 * g * kL;
+      if constexpr (sizeof(D) == 1)
+        storeBytes(reinterpret_cast<uint8_t*>(o), r);
+      else
+        storeWords(o, r, std::is_same_v<D, Kel16s> ? 0x8000 : 0);
     }
   }
   return i;
 }
 
-int64_t bayer8u(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, int p, float step, float inv, const float* thr4) {
-  if (p == 1) return bayer8uP<1>(s, d, i, n, step, inv, thr4);
-  if (p == 3) return bayer8uP<3>(s, d, i, n, step, inv, thr4);
-  return bayer8uP<4>(s, d, i, n, step, inv, thr4);
+template <class S, class D>
+int64_t bayer(const void* s, void* d, int64_t i, int64_t n, int p, float step, float inv, const float* thr4) {
+  if (p == 1) return bayerP<S, D, 1>(s, d, i, n, step, inv, thr4);
+  if (p == 3) return bayerP<S, D, 3>(s, d, i, n, step, inv, thr4);
+  return bayerP<S, D, 4>(s, d, i, n, step, inv, thr4);
 }
 
 int64_t nearest8u(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float L, float sv, float h) {
@@ -114,7 +172,10 @@ int64_t nearest8u(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float L, f
 
 }  // namespace
 
-extern const ReduceKernels kReduceKernels = {bayer8u, nearest8u};
+extern const ReduceKernels kReduceKernels = {
+    {bayer<Kel8u, Kel8u>, bayer<Kel16u, Kel16u>, bayer<Kel16s, Kel16s>, bayer<Kel16u, Kel8u>, bayer<Kel16s, Kel8u>,
+     bayer<Kel32f, Kel8u>, bayer<Kel32f, Kel16u>, bayer<Kel32f, Kel16s>},
+    nearest8u};
 
 }  // namespace KEL_ISA_NS
 }  // namespace kel
