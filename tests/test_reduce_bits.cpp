@@ -98,13 +98,15 @@ TEST(ReduceBits, GuardsErrorsAndPaths) {
     }
 }
 
-// The ordered dither of every depth pair and the 8-bit nearest level carry
-// vector bodies: long rows, many level counts, every layout.
+// The ordered dither of every depth pair (with and without noise) and the
+// 8-bit nearest level carry vector bodies: long rows, many level counts,
+// every layout.
 TEST(ReduceBits, VectorBodiesEqualScalar) {
   ThreadScope threads(1);
   for (int levels : {2, 3, 8, 16, 37, 100, 255, 256})
     for (size_t i = 0; i < entries().size(); ++i) {
       checkPaths(member(entries()[i], kBayer, 0, levels), 3, 700, 3);
+      checkPaths(member(entries()[i], kBayer, levels % 101, levels), 2, 700, 3);
       if (i < 4) checkPaths(member(entries()[i], kNone, 0, levels), 3, 700, 3);
     }
   for (int i : {4, 5, 8, 9}) checkPaths(member(entries()[i], kBayer, 0, 65536), 4, 700, 3);

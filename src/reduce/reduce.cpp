@@ -71,20 +71,44 @@ KelStatus ownBayer(const typename Dp::S* src, ptrdiff_t srcBytes, typename Dp::D
   const int w = roi.width;
   // Rows whose samples are all quantised have vector bodies.
   Chain<KernBayer> chain{};
+  Chain<KernBayerT> chainT{};
   if (chan != 4) {
     constexpr int pair = pairIndex<typename Dp::S, typename Dp::D>();
     chain = chainOf([](const ReduceKernels& t) { return t.bayer[pair]; }, sse41::kReduceKernels, avx2::kReduceKernels);
+    chainT = chainOf([](const ReduceKernels& t) { return t.bayerT[pair]; }, sse41::kReduceKernels, avx2::kReduceKernels);
   }
   parallelRows(roi.height, [&](int y) {
     const auto* s = byteOffset(src, srcBytes * y);
     auto* d = byteOffset(dst, dstBytes * y);
     if constexpr (Noise) {
       // Noisy members of one to three channels in the pairs with the guarded
-      // cut use it in quant and the store; four-channel ones do not.
-      if (Dp::kAlt && chan != 5)
+      // cut use it in quant and the store; four-channel ones do not, and
+      // they and the other pairs have vector bodies, fed with the pixels'
+      // thresholds a run of 64 pixels at a time.
+      if (Dp::kAlt && chan != 5) {
         bayerNoiseRow<Dp, true>(s, d, 0, w, y, n, p, sc, nz);
-      else
+      } else if (chainT.k[0]) {
+        constexpr int kRun = 64;
+        alignas(32) float thr[kRun * 4];
+        const float* m = kBayerThresh.t[y & 3];
+        for (int x0 = 0; x0 < w; x0 += kRun) {
+          const int run = std::min(kRun, w - x0);
+          for (int x = 0; x < run; ++x) {
+            const float t = (nz.at(x0 + x, y) + m[(x0 + x) & 3]) * sc.step;
+            for (int c = 0; c < p; ++c) thr[x * p + c] = t;
+          }
+          const ptrdiff_t off = static_cast<ptrdiff_t>(x0) * p;
+          int64_t i = 0;
+          for (auto k : chainT.k)
+            if (k) i = k(s + off, d + off, i, static_cast<int64_t>(run) * p, sc.step, sc.inv, thr);
+          // The kernels stop on whole chunks; the run's last samples go one
+          // by one with the same thresholds.
+          for (; i < static_cast<int64_t>(run) * p; ++i)
+            st(d + off + i, Dp::template store<false>(quant<false>(Dp::work(ld(s + off + i)), thr[i], sc)));
+        }
+      } else {
         bayerNoiseRow<Dp, false>(s, d, 0, w, y, n, p, sc, nz);
+      }
     } else {
       float thr[4];
       bayerRowThresh(sc.step, y, thr);

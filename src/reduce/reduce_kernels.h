@@ -19,9 +19,14 @@ using KernBayer = int64_t (*)(const void* s, void* d, int64_t i, int64_t n, int 
 // Nearest level of a run of 8-bit samples (L = levels - 1, s = 1 / L, h = 0.5 / L).
 using KernNearest8u = int64_t (*)(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float L, float sv, float h);
 
+// The same with one threshold per sample (ordered dither with noise): thr[j]
+// is the threshold of sample j of the run, from j = i to n.
+using KernBayerT = int64_t (*)(const void* s, void* d, int64_t i, int64_t n, float step, float inv, const float* thr);
+
 struct ReduceKernels {
   // By depth pair: 8u, 16u, 16s, 16u8u, 16s8u, 32f8u, 32f16u, 32f16s.
   KernBayer bayer[8];
+  KernBayerT bayerT[8];
   KernNearest8u nearest8u;
 };
 namespace sse41 {

@@ -148,6 +148,27 @@ int64_t bayerP(const void* sv, void* dv, int64_t i, int64_t n, float step, float
   return i;
 }
 
+// Thresholds given per sample.
+template <class S, class D>
+int64_t bayerT(const void* sv, void* dv, int64_t i, int64_t n, float step, float inv, const float* thr) {
+  const S* s = static_cast<const S*>(sv);
+  D* d = static_cast<D*>(dv);
+  const fv vstep = set1(step), vinv = set1(inv);
+  for (; i + kChunk <= n; i += kChunk) {
+    iv r[4];
+    for (int k = 0; k < 4; ++k) {
+      const fv w = loadF(s + i + k * kL);
+      const fv q = mul(cvt(cvtt(mul(w, vinv))), vstep);
+      r[k] = levelOut<S, D>(add(q, andf(lt(ld(thr + i + k * kL), sub(w, q)), vstep)));
+    }
+    if constexpr (sizeof(D) == 1)
+      storeBytes(reinterpret_cast<uint8_t*>(d + i), r);
+    else
+      storeWords(d + i, r, std::is_same_v<D, Kel16s> ? 0x8000 : 0);
+  }
+  return i;
+}
+
 template <class S, class D>
 int64_t bayer(const void* s, void* d, int64_t i, int64_t n, int p, float step, float inv, const float* thr4) {
   if (p == 1) return bayerP<S, D, 1>(s, d, i, n, step, inv, thr4);
@@ -175,6 +196,8 @@ int64_t nearest8u(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float L, f
 extern const ReduceKernels kReduceKernels = {
     {bayer<Kel8u, Kel8u>, bayer<Kel16u, Kel16u>, bayer<Kel16s, Kel16s>, bayer<Kel16u, Kel8u>, bayer<Kel16s, Kel8u>,
      bayer<Kel32f, Kel8u>, bayer<Kel32f, Kel16u>, bayer<Kel32f, Kel16s>},
+    {bayerT<Kel8u, Kel8u>, bayerT<Kel16u, Kel16u>, bayerT<Kel16s, Kel16s>, bayerT<Kel16u, Kel8u>,
+     bayerT<Kel16s, Kel8u>, bayerT<Kel32f, Kel8u>, bayerT<Kel32f, Kel16u>, bayerT<Kel32f, Kel16s>},
     nearest8u};
 
 }  // namespace KEL_ISA_NS
