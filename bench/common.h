@@ -60,6 +60,16 @@ inline void addMemcpy(const std::string& group, size_t srcBytes, size_t dstBytes
   add(group, "memcpy", srcBytes + dstBytes, [a, b, n] { std::memcpy(b->data(), a->data(), n); });
 }
 
+// `f` run with our thread count set to `threads` (and set back after).
+inline std::function<void()> withThreads(int threads, void (*f)()) {
+  return [threads, f] {
+    const int before = kelGetNumThreads();
+    kelSetNumThreads(threads);
+    f();
+    kelSetNumThreads(before);
+  };
+}
+
 // Registration at load time: KB_REGISTER(fn) runs fn() before main.
 struct Registrar {
   explicit Registrar(void (*fn)()) { fn(); }

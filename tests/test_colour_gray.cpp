@@ -28,7 +28,10 @@ Member grayMember(const char* name, int ch, GrayFn<T> f) {
 template <class T>
 Member colorMember(const char* name, int ch, ColorFn<T> f) {
   Member m{name, {full(ch * int(sizeof(T)))}, {full(int(sizeof(T)))},
-           [f](Call& c) { return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), kWeights); }};
+           [f](Call& c) {
+             const Kel32f w[3] = {c.paramF(kWeights[0]), c.paramF(kWeights[1]), c.paramF(kWeights[2])};
+             return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), w);
+           }};
   m.sampleBytes = sizeof(T);
   m.finiteFloats = std::is_same<T, Kel32f>::value;
   return m;
@@ -65,8 +68,13 @@ using P8 = std::array<Kel8u, 3>;
 
 }  // namespace
 
+std::vector<Member> grayMembers() {
+  return {KT_GRAY(8u, Kel8u), KT_GRAY(16u, Kel16u), KT_GRAY(16s, Kel16s), KT_GRAY(32f, Kel32f)};
+}
+KT_MEMBERS(grayMembers);
+
 TEST(ColourGray, GuardsErrorsAndPaths) {
-  checkAll({KT_GRAY(8u, Kel8u), KT_GRAY(16u, Kel16u), KT_GRAY(16s, Kel16s), KT_GRAY(32f, Kel32f)});
+  checkAll(grayMembers());
 }
 
 TEST(ColourGray, TellingValuesOf8u) {

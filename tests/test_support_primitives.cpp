@@ -26,6 +26,8 @@ const std::vector<Member>& imageMembers() {
   return m;
 }
 
+KT_MEMBERS(imageMembers);
+
 TEST(Support, CopyAndSetHarness) {
   for (const Member& m : imageMembers()) {
     SCOPED_TRACE(m.name);
