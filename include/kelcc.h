@@ -618,6 +618,42 @@ KELCC_API KelStatus keliToneMapMean_32f8u_C1R(const Kel32f* src, int srcStep, Ke
 
 /* ============================================================ Bit-depth reduction */
 /* @section reduce */
+/* Quantising to `levels` output levels (2 to 256; 65536 for 16u and 16s),
+   with an optional dither: kelDitherNone, Floyd-Steinberg, Jarvis-Judice-Ninke,
+   Stucki or 4x4 ordered; `noise` (0 to 100 percent) mixes pseudo-random noise
+   into the dithered decisions. */
+KELCC_API KelStatus keliReduceBits_8u_C1R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_8u_C4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16u_C1R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16u_C4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16s_C1R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16s_C3R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16s_C4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16s_AC4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16u8u_C1R(const Kel16u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16u8u_C3R(const Kel16u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16u8u_C4R(const Kel16u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16u8u_AC4R(const Kel16u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16s8u_C1R(const Kel16s* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16s8u_C3R(const Kel16s* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16s8u_C4R(const Kel16s* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_16s8u_AC4R(const Kel16s* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_32f8u_C1R(const Kel32f* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_32f8u_C3R(const Kel32f* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_32f8u_C4R(const Kel32f* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_32f8u_AC4R(const Kel32f* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_32f16u_C1R(const Kel32f* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_32f16u_C3R(const Kel32f* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_32f16u_C4R(const Kel32f* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_32f16u_AC4R(const Kel32f* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_32f16s_C1R(const Kel32f* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_32f16s_C3R(const Kel32f* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_32f16s_C4R(const Kel32f* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
+KELCC_API KelStatus keliReduceBits_32f16s_AC4R(const Kel32f* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi, int noise, KelDitherType ditherType, int levels);
 
 /* ============================================================ Demosaicing */
 /* @section demosaic */

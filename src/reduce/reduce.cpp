@@ -1,0 +1,251 @@
+// Bit-depth reduction: 32 members over one outer function. Nearest level and
+// the ordered and error-diffusion dithers live in their own layers; formulas
+// in reduce.h, row routines in ordered.h and diffusion.h.
+#include <algorithm>
+#include <climits>
+#include <type_traits>
+
+#include "frame/cpu.h"
+#include "frame/parallel.h"
+#include "frame/rows.h"
+#include "reduce/diffusion.h"
+#include "reduce/ordered.h"
+#include "reduce/reduce_kernels.h"
+
+namespace kel {
+namespace {
+
+using namespace reduce;
+
+// ---- nearest level ----------------------------------------------------------
+// Steps in bytes. C1, C3 and C4 rows are one run of width * samples; AC4
+// handles the first three samples of each pixel.
+template <class Dp>
+KelStatus ownNo(const typename Dp::S* src, int srcStep, typename Dp::D* dst, int dstStep, KeliSize roi, int lm1,
+                int chan) {
+  const float L = static_cast<float>(lm1);
+  const float s = 1.0f / L, h = 0.5f / L;
+  const int w = roi.width;
+  if (chan == 1 || chan == 3 || chan == 5) {
+    const int64_t len = static_cast<int64_t>(w) * (chan == 5 ? 4 : chan);
+    Chain<KernNearest8u> chain{};
+    if constexpr (std::is_same_v<Dp, D8u>)
+      chain = chainFor(&ReduceKernels::nearest8u, sse41::kReduceKernels, avx2::kReduceKernels);
+    for (int y = 0; y < roi.height; ++y) {
+      const auto* sr = rowAt(src, srcStep, y);
+      auto* dr = rowAt(dst, dstStep, y);
+      int64_t x = 0;
+      if constexpr (std::is_same_v<Dp, D8u>)
+        for (auto k : chain.k)
+          if (k) x = k(sr, dr, x, len, L, s, h);
+      for (; x < len; ++x) st(dr + x, Dp::nearest(ld(sr + x), L, s, h));
+    }
+  } else if (chan == 4) {
+    for (int y = 0; y < roi.height; ++y) {
+      const auto* sr = rowAt(src, srcStep, y);
+      auto* dr = rowAt(dst, dstStep, y);
+      for (int x = 0; x < w; ++x)
+        for (int c = 0; c < 3; ++c) {
+          const ptrdiff_t i = 4 * static_cast<ptrdiff_t>(x) + c;
+          st(dr + i, Dp::nearest(ld(sr + i), L, s, h));
+        }
+    }
+  }
+  return kelStatusOk;
+}
+
+// ---- ordered dithering --------------------------------------------------------
+// Rows by static schedule at every size; the pattern is anchored at the
+// region. `srcBytes` and `dstBytes` are the row distances (from steps in
+// samples, or in bytes for C4).
+template <class Dp, bool Noise>
+KelStatus ownBayer(const typename Dp::S* src, ptrdiff_t srcBytes, typename Dp::D* dst, ptrdiff_t dstBytes,
+                   KeliSize roi, int lm1, int noise, int chan) {
+  const Scale sc = Dp::scale(static_cast<float>(lm1));
+  NoiseTables nz;
+  if constexpr (Noise) {
+    const float amp = static_cast<float>(noise) / 100.0f;
+    if (KelStatus s = nz.build(static_cast<float>(-noise) / 100.0f, amp)) return s;
+  }
+  const int n = samplesQuantised(chan), p = samplesInMemory(chan);
+  const int w = roi.width;
+  // Rows whose samples are all quantised have vector bodies.
+  Chain<KernBayer> chain{};
+  Chain<KernBayerT> chainT{};
+  if (chan != 4) {
+    constexpr int pair = pairIndex<typename Dp::S, typename Dp::D>();
+    chain = chainOf([](const ReduceKernels& t) { return t.bayer[pair]; }, sse41::kReduceKernels, avx2::kReduceKernels);
+    chainT = chainOf([](const ReduceKernels& t) { return t.bayerT[pair]; }, sse41::kReduceKernels, avx2::kReduceKernels);
+  }
+  parallelRows(roi.height, [&](int y) {
+    const auto* s = byteOffset(src, srcBytes * y);
+    auto* d = byteOffset(dst, dstBytes * y);
+    if constexpr (Noise) {
+      // Noisy members of one to three channels in the pairs with the guarded
+      // cut use it in quant and the store; four-channel ones do not, and
+      // they and the other pairs have vector bodies, fed with the pixels'
+      // thresholds a run of 64 pixels at a time.
+      if (Dp::kAlt && chan != 5) {
+        bayerNoiseRow<Dp, true>(s, d, 0, w, y, n, p, sc, nz);
+      } else if (chainT.k[0]) {
+        constexpr int kRun = 64;
+        alignas(32) float thr[kRun * 4];
+        const float* m = kBayerThresh.t[y & 3];
+        for (int x0 = 0; x0 < w; x0 += kRun) {
+          const int run = std::min(kRun, w - x0);
+          for (int x = 0; x < run; ++x) {
+            const float t = (nz.at(x0 + x, y) + m[(x0 + x) & 3]) * sc.step;
+            for (int c = 0; c < p; ++c) thr[x * p + c] = t;
+          }
+          const ptrdiff_t off = static_cast<ptrdiff_t>(x0) * p;
+          int64_t i = 0;
+          for (auto k : chainT.k)
+            if (k) i = k(s + off, d + off, i, static_cast<int64_t>(run) * p, sc.step, sc.inv, thr);
+          // The kernels stop on whole chunks; the run's last samples go one
+          // by one with the same thresholds.
+          for (; i < static_cast<int64_t>(run) * p; ++i)
+            st(d + off + i, Dp::template store<false>(quant<false>(Dp::work(ld(s + off + i)), thr[i], sc)));
+        }
+      } else {
+        bayerNoiseRow<Dp, false>(s, d, 0, w, y, n, p, sc, nz);
+      }
+    } else {
+      float thr[4];
+      bayerRowThresh(sc.step, y, thr);
+      int64_t i = 0;
+      for (auto k : chain.k)
+        if (k) i = k(s, d, i, static_cast<int64_t>(w) * p, p, sc.step, sc.inv, thr);
+      const int x = static_cast<int>(i / p);  // the kernels stop on a pixel boundary
+      bayerRow<Dp, false>(s, d, x, w, n, p, sc, thr);
+    }
+  });
+  return kelStatusOk;
+}
+
+// ---- error diffusion ------------------------------------------------------------
+// Channels among W = min(team, channels) workers; each worker clears its
+// block of error rows once and keeps turning the row roles from channel to
+// channel, so a worker's second channel starts with the errors its first
+// one left behind. One channel never asks for a team.
+template <class Dp, bool Fs, bool Noise>
+KelStatus ownDiffuse(const typename Dp::S* src, ptrdiff_t srcSamples, typename Dp::D* dst, ptrdiff_t dstSamples,
+                     KeliSize roi, int lm1, int noise, int chan, int type) {
+  const Scale sc = Dp::scale(static_cast<float>(lm1));
+  NoiseTables nz;
+  if constexpr (Noise) {
+    const float low = static_cast<float>(50 - noise) * sc.step / 100.0f;
+    const float high = static_cast<float>(50 + noise) * sc.step / 100.0f;
+    if (KelStatus s = nz.build(low, high)) return s;
+  }
+  const int n = samplesQuantised(chan), p = samplesInMemory(chan);
+  const int workers = n > 1 ? channelTeamSize(n) : 1;
+  const int w = roi.width, h = roi.height;
+  const int64_t wp = (static_cast<int64_t>(w) + 3) & ~int64_t{3};
+  const int64_t rowLen = Fs ? w + 2 : wp + 4;
+  const int64_t blockLen = Fs ? 2 * rowLen : 3 * rowLen;
+  // The block count is a 32-bit element count; widths whose blocks would
+  // not fit in it are reported as no memory.
+  if (blockLen * workers > INT_MAX) return kelStatusNoMemory;
+  float* blocks = kelsMalloc_32f(static_cast<int>(blockLen * workers));
+  if (!blocks) return kelStatusNoMemory;
+
+  const DiffuseThresh<Noise> th{sc.step * 0.5f, &nz};
+  const Kernel12 k12 = type == kelDitherStucki ? kStucki : kJarvis;
+  runChannelWorkers(workers, n, [&](int wk, int first, int count) {
+    float* b = blocks + wk * blockLen;
+    std::fill(b, b + blockLen, 0.0f);
+    const int margin = Fs ? 1 : 2;
+    float* rows[3] = {b + margin, b + rowLen + margin, b + 2 * rowLen + margin};
+    // The worker's channels as one stream of rows, row j of the stream being
+    // row j % h of channel first + j / h; the error rows turn with j.
+    constexpr int K = 4;
+    const int64_t total = static_cast<int64_t>(count) * h;
+    for (int64_t j0 = 0; j0 < total; j0 += K) {
+      const int k = static_cast<int>(std::min<int64_t>(K, total - j0));
+      RowCtx<Dp> c[K];
+      for (int r = 0; r < k; ++r) {
+        const int64_t j = j0 + r;
+        const int ch = first + static_cast<int>(j / h), y = static_cast<int>(j % h);
+        if constexpr (Fs)
+          c[r] = {src + srcSamples * y + ch, dst + dstSamples * y + ch, nullptr, rows[j & 1], rows[(j + 1) & 1], y};
+        else
+          c[r] = {src + srcSamples * y + ch, dst + dstSamples * y + ch, rows[j % 3], rows[(j + 1) % 3],
+                  rows[(j + 2) % 3], y};
+      }
+      if constexpr (Fs)
+        wavefront<K, 2>(c, k, w, [p, sc, th](const RowCtx<Dp>& rc, int x) KEL_REDUCE_ALWAYS { fsPixel<Dp, Dp::kAlt, Noise>(rc, x, p, sc, th); });
+      else
+        wavefront<K, 3>(c, k, w, [p, sc, th, k12](const RowCtx<Dp>& rc, int x) KEL_REDUCE_ALWAYS { stJjPixel<Dp, Noise>(rc, x, p, k12, sc, th); });
+    }
+  });
+  kelsFree(blocks);
+  return kelStatusOk;
+}
+
+// ---- the outer function -----------------------------------------------------------
+template <class Dp, int Chan>
+KelStatus reduceBits(const typename Dp::S* src, int srcStep, typename Dp::D* dst, int dstStep, KeliSize roi,
+                     int noise, KelDitherType ditherType, int levels) {
+  if (!src || !dst) return kelStatusNullPointer;
+  if (roi.width < 1 || roi.height < 1) return kelStatusBadSize;
+  if (noise < 0 || noise > 100) return kelStatusBadNoise;
+  if (levels < 2 || levels > Dp::kMaxLevels) return kelStatusBadLevels;
+  const uint32_t type = static_cast<uint32_t>(ditherType);
+  if (type > 4) return kelStatusOk;  // no method: nothing read, nothing written
+  const int lm1 = levels - 1;
+  if (type == kelDitherNone) return ownNo<Dp>(src, srcStep, dst, dstStep, roi, lm1, Chan);
+
+  // Steps in samples, by arithmetic shifts of the byte steps.
+  const ptrdiff_t srcSamples = srcStep >> Dp::kSrcShift;
+  const ptrdiff_t dstSamples = dstStep >> Dp::kDstShift;
+  using S = typename Dp::S;
+  using D = typename Dp::D;
+  if (type == kelDitherBayer) {
+    // The four-channel layers keep the byte steps.
+    const ptrdiff_t sb = Chan == 5 ? srcStep : srcSamples * static_cast<ptrdiff_t>(sizeof(S));
+    const ptrdiff_t db = Chan == 5 ? dstStep : dstSamples * static_cast<ptrdiff_t>(sizeof(D));
+    return noise > 0 ? ownBayer<Dp, true>(src, sb, dst, db, roi, lm1, noise, Chan)
+                     : ownBayer<Dp, false>(src, sb, dst, db, roi, lm1, noise, Chan);
+  }
+  if (type == kelDitherFloydSteinberg)
+    return noise > 0 ? ownDiffuse<Dp, true, true>(src, srcSamples, dst, dstSamples, roi, lm1, noise, Chan, type)
+                     : ownDiffuse<Dp, true, false>(src, srcSamples, dst, dstSamples, roi, lm1, noise, Chan, type);
+  return noise > 0 ? ownDiffuse<Dp, false, true>(src, srcSamples, dst, dstSamples, roi, lm1, noise, Chan, type)
+                   : ownDiffuse<Dp, false, false>(src, srcSamples, dst, dstSamples, roi, lm1, noise, Chan, type);
+}
+
+}  // namespace
+}  // namespace kel
+
+using namespace kel;
+using namespace kel::reduce;
+
+// Member table: every member is reduceBits<pair, channel code>; the code
+// is 1 for C1, 3 for C3, 4 for AC4 (three samples of four, the fourth
+// neither read nor written), 5 for C4 (four samples).
+//
+// Checks: src, dst; width and height at least 1; noise 0..100; levels 2..256
+// (65536 for 16u and 16s); then a ditherType above 4 (as unsigned) returns
+// kelStatusOk with nothing read or written. Steps are not checked.
+
+#define KEL_REDUCE_MEMBER(depth, lay, Dp, code)                                                                  \
+  KelStatus keliReduceBits_##depth##_##lay##R(const Dp::S* src, int srcStep, Dp::D* dst, int dstStep, KeliSize roi, \
+                                              int noise, KelDitherType ditherType, int levels) {                  \
+    return reduceBits<Dp, code>(src, srcStep, dst, dstStep, roi, noise, ditherType, levels);                      \
+  }
+#define KEL_REDUCE_PAIR(depth, Dp)         \
+  KEL_REDUCE_MEMBER(depth, C1, Dp, 1)      \
+  KEL_REDUCE_MEMBER(depth, C3, Dp, 3)      \
+  KEL_REDUCE_MEMBER(depth, C4, Dp, 5)      \
+  KEL_REDUCE_MEMBER(depth, AC4, Dp, 4)
+
+extern "C" {
+KEL_REDUCE_PAIR(8u, D8u)
+KEL_REDUCE_PAIR(16u, D16u)
+KEL_REDUCE_PAIR(16s, D16s)
+KEL_REDUCE_PAIR(16u8u, D16u8u)
+KEL_REDUCE_PAIR(16s8u, D16s8u)
+KEL_REDUCE_PAIR(32f8u, D32f8u)
+KEL_REDUCE_PAIR(32f16u, D32f16u)
+KEL_REDUCE_PAIR(32f16s, D32f16s)
+}  // extern "C"

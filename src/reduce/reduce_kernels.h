@@ -1,0 +1,39 @@
+// Vector bodies of the ordered dither (every depth pair) and of the 8-bit
+// nearest level, compiled once per instruction set from
+// reduce_vec.inl. A kernel works on the samples of one row from sample i on,
+// in whole chunks while a chunk fits below n, and returns the sample where
+// it stopped; the scalar definition takes the rest. Results are those of the
+// scalar definitions in reduce.h and ordered.h, sample for sample.
+#pragma once
+
+#include <cstdint>
+
+namespace kel {
+
+// Ordered dithering without noise of a row whose pixels hold p samples, all
+// of them quantised (C1, C3, C4); thr4 holds the row's four thresholds. The
+// sample types are those of the depth pair the kernel is made for; the
+// pointers may lie off their sample boundaries.
+using KernBayer = int64_t (*)(const void* s, void* d, int64_t i, int64_t n, int p, float step, float inv,
+                              const float* thr4);
+// Nearest level of a run of 8-bit samples (L = levels - 1, s = 1 / L, h = 0.5 / L).
+using KernNearest8u = int64_t (*)(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float L, float sv, float h);
+
+// The same with one threshold per sample (ordered dither with noise): thr[j]
+// is the threshold of sample j of the run, from j = i to n.
+using KernBayerT = int64_t (*)(const void* s, void* d, int64_t i, int64_t n, float step, float inv, const float* thr);
+
+struct ReduceKernels {
+  // By depth pair: 8u, 16u, 16s, 16u8u, 16s8u, 32f8u, 32f16u, 32f16s.
+  KernBayer bayer[8];
+  KernBayerT bayerT[8];
+  KernNearest8u nearest8u;
+};
+namespace sse41 {
+extern const ReduceKernels kReduceKernels;
+}
+namespace avx2 {
+extern const ReduceKernels kReduceKernels;
+}
+
+}  // namespace kel

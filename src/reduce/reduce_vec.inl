@@ -1,0 +1,204 @@
+// Vector bodies of the ordered dither and the 8-bit nearest level, the
+// lane-wise forms of the scalar definitions (ordered.h, reduce.h). A chunk is
+// four float vectors of samples: 16 samples with SSE4.1, 32 with AVX2.
+// Samples are widened to 32-bit lanes; results are narrowed by signed then
+// unsigned saturation (clip8 of the 32-bit value) or by unsigned saturation
+// to 16 bits (sat16u), the 16s outputs then shifted by 32768 in their sign bit.
+#include <cstring>
+
+#include "frame/simd.h"
+#include "reduce/reduce.h"
+#include "reduce/reduce_kernels.h"
+
+namespace kel {
+namespace KEL_ISA_NS {
+namespace {
+
+#if KEL_ISA == KEL_ISA_AVX2
+using fv = __m256;
+using iv = __m256i;
+constexpr int kL = 8;
+inline fv bytesToF(const uint8_t* p) {
+  return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))));
+}
+inline fv ld(const float* p) { return _mm256_loadu_ps(p); }
+inline fv set1(float x) { return _mm256_set1_ps(x); }
+inline fv mul(fv a, fv b) { return _mm256_mul_ps(a, b); }
+inline fv add(fv a, fv b) { return _mm256_add_ps(a, b); }
+inline fv sub(fv a, fv b) { return _mm256_sub_ps(a, b); }
+inline iv cvtt(fv a) { return _mm256_cvttps_epi32(a); }
+inline fv cvt(iv a) { return _mm256_cvtepi32_ps(a); }
+inline fv lt(fv a, fv b) { return _mm256_cmp_ps(a, b, _CMP_LT_OQ); }
+inline fv andf(fv a, fv b) { return _mm256_and_ps(a, b); }
+inline fv loadF(const Kel8u* p) { return bytesToF(p); }
+inline fv loadF(const Kel16u* p) {
+  return _mm256_cvtepi32_ps(_mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))));
+}
+inline fv loadF(const Kel16s* p) {  // v + 32768
+  const iv v = _mm256_cvtepi16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)));
+  return _mm256_cvtepi32_ps(_mm256_add_epi32(v, _mm256_set1_epi32(32768)));
+}
+inline fv loadF(const Kel32f* p) { return _mm256_loadu_ps(p); }
+inline iv sra8(iv a) { return _mm256_srai_epi32(a, 8); }
+// Four vectors of 32-bit values as 16-bit samples, sat16u, then `flip`
+// xored into each (0x8000 for 16s outputs).
+inline void storeWords(void* d, const iv r[4], int flip) {
+  const __m128i f = _mm_set1_epi16(static_cast<int16_t>(flip));
+  for (int k = 0; k < 4; ++k) {
+    const __m128i w = _mm_packus_epi32(_mm256_castsi256_si128(r[k]), _mm256_extracti128_si256(r[k], 1));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(static_cast<char*>(d) + 16 * k), _mm_xor_si128(w, f));
+  }
+}
+inline void storeBytes(uint8_t* d, const iv r[4]) {
+  auto half = [](iv a) { return _mm_packs_epi32(_mm256_castsi256_si128(a), _mm256_extracti128_si256(a, 1)); };
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(d), _mm_packus_epi16(half(r[0]), half(r[1])));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 16), _mm_packus_epi16(half(r[2]), half(r[3])));
+}
+#else
+using fv = __m128;
+using iv = __m128i;
+constexpr int kL = 4;
+inline fv bytesToF(const uint8_t* p) {
+  int32_t v;
+  std::memcpy(&v, p, 4);
+  return _mm_cvtepi32_ps(_mm_cvtepu8_epi32(_mm_cvtsi32_si128(v)));
+}
+inline fv ld(const float* p) { return _mm_loadu_ps(p); }
+inline fv set1(float x) { return _mm_set1_ps(x); }
+inline fv mul(fv a, fv b) { return _mm_mul_ps(a, b); }
+inline fv add(fv a, fv b) { return _mm_add_ps(a, b); }
+inline fv sub(fv a, fv b) { return _mm_sub_ps(a, b); }
+inline iv cvtt(fv a) { return _mm_cvttps_epi32(a); }
+inline fv cvt(iv a) { return _mm_cvtepi32_ps(a); }
+inline fv lt(fv a, fv b) { return _mm_cmplt_ps(a, b); }
+inline fv andf(fv a, fv b) { return _mm_and_ps(a, b); }
+inline fv loadF(const Kel8u* p) { return bytesToF(p); }
+inline fv loadF(const Kel16u* p) {
+  return _mm_cvtepi32_ps(_mm_cvtepu16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))));
+}
+inline fv loadF(const Kel16s* p) {  // v + 32768
+  const iv v = _mm_cvtepi16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
+  return _mm_cvtepi32_ps(_mm_add_epi32(v, _mm_set1_epi32(32768)));
+}
+inline fv loadF(const Kel32f* p) { return _mm_loadu_ps(p); }
+inline iv sra8(iv a) { return _mm_srai_epi32(a, 8); }
+inline void storeWords(void* d, const iv r[4], int flip) {
+  const __m128i f = _mm_set1_epi16(static_cast<int16_t>(flip));
+  for (int k = 0; k < 2; ++k)
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(static_cast<char*>(d) + 16 * k),
+                     _mm_xor_si128(_mm_packus_epi32(r[2 * k], r[2 * k + 1]), f));
+}
+inline void storeBytes(uint8_t* d, const iv r[4]) {
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(d),
+                   _mm_packus_epi16(_mm_packs_epi32(r[0], r[1]), _mm_packs_epi32(r[2], r[3])));
+}
+#endif
+constexpr int kChunk = 4 * kL;
+
+// Ordered dither: the thresholds repeat every 4 pixels (4p samples), so the
+// vectors of a row need C = 4p / gcd(4p, lanes) distinct threshold vectors,
+// kept in registers; a pass covers lcm(4, C) vectors, which always ends on a
+// pixel boundary.
+constexpr int gcd(int a, int b) { return b ? gcd(b, a % b) : a; }
+
+// The store of a level q, before the final narrowing (trunc throughout:
+// the noise-free ordered members never use the guarded cut).
+template <class S, class D>
+inline iv levelOut(fv q) {
+  if constexpr (std::is_same_v<S, Kel32f>)
+    return cvtt(mul(q, set1(sizeof(D) == 1 ? 255.0f : 65535.0f)));
+  else if constexpr (sizeof(S) == 2 && sizeof(D) == 1)
+    return sra8(cvtt(q));
+  else
+    return cvtt(q);
+}
+
+template <class S, class D, int P>
+int64_t bayerP(const void* sv, void* dv, int64_t i, int64_t n, float step, float inv, const float* thr4) {
+  const S* s = static_cast<const S*>(sv);
+  D* d = static_cast<D*>(dv);
+  constexpr int kPeriod = 4 * P;
+  constexpr int kC = kPeriod / gcd(kPeriod, kL);
+  constexpr int kPass = 4 * kC / gcd(4, kC);  // vectors per pass
+  alignas(32) float t[kPeriod + kL];
+  for (int j = 0; j < kPeriod + kL; ++j) t[j] = thr4[(j % kPeriod) / P];
+  const int o0 = static_cast<int>(i % kPeriod);
+  fv tv[kC];
+  for (int m = 0; m < kC; ++m) tv[m] = ld(t + (o0 + m * kL) % kPeriod);
+  const fv vstep = set1(step), vinv = set1(inv);
+  const int64_t end = i + (n - i) / (kPass * kL) * (kPass * kL);
+  for (; i < end; i += kPass * kL) {
+    for (int g = 0; g < kPass / 4; ++g) {
+      iv r[4];
+      for (int k = 0; k < 4; ++k) {
+        const fv w = loadF(s + i + (4 * g + k) * kL);
+        const fv q = mul(cvt(cvtt(mul(w, vinv))), vstep);
+        // q + (step or 0.0): q is float(int) * step with step > 0, never
+        // -0.0, so adding 0.0 keeps it (a NaN w keeps q too: the
+        // comparison with it is false).
+        r[k] = levelOut<S, D>(add(q, andf(lt(tv[(4 * g + k) % kC], sub(w, q)), vstep)));
+      }
+      D* o = d + i + 4 * g * kL;
+      if constexpr (sizeof(D) == 1)
+        storeBytes(reinterpret_cast<uint8_t*>(o), r);
+      else
+        storeWords(o, r, std::is_same_v<D, Kel16s> ? 0x8000 : 0);
+    }
+  }
+  return i;
+}
+
+// Thresholds given per sample.
+template <class S, class D>
+int64_t bayerT(const void* sv, void* dv, int64_t i, int64_t n, float step, float inv, const float* thr) {
+  const S* s = static_cast<const S*>(sv);
+  D* d = static_cast<D*>(dv);
+  const fv vstep = set1(step), vinv = set1(inv);
+  for (; i + kChunk <= n; i += kChunk) {
+    iv r[4];
+    for (int k = 0; k < 4; ++k) {
+      const fv w = loadF(s + i + k * kL);
+      const fv q = mul(cvt(cvtt(mul(w, vinv))), vstep);
+      r[k] = levelOut<S, D>(add(q, andf(lt(ld(thr + i + k * kL), sub(w, q)), vstep)));
+    }
+    if constexpr (sizeof(D) == 1)
+      storeBytes(reinterpret_cast<uint8_t*>(d + i), r);
+    else
+      storeWords(d + i, r, std::is_same_v<D, Kel16s> ? 0x8000 : 0);
+  }
+  return i;
+}
+
+template <class S, class D>
+int64_t bayer(const void* s, void* d, int64_t i, int64_t n, int p, float step, float inv, const float* thr4) {
+  if (p == 1) return bayerP<S, D, 1>(s, d, i, n, step, inv, thr4);
+  if (p == 3) return bayerP<S, D, 3>(s, d, i, n, step, inv, thr4);
+  return bayerP<S, D, 4>(s, d, i, n, step, inv, thr4);
+}
+
+int64_t nearest8u(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float L, float sv, float h) {
+  const fv vL = set1(L), vs = set1(sv), vh = set1(h), k255 = set1(255.0f), kNorm = set1(0.003921569f);
+  for (; i + kChunk <= n; i += kChunk) {
+    iv r[4];
+    for (int k = 0; k < 4; ++k) {
+      const fv x = mul(bytesToF(s + i + k * kL), kNorm);
+      const fv q = mul(vs, cvt(cvtt(mul(x, vL))));
+      // q + (s or 0.0): q is never -0.0, so adding 0.0 keeps it.
+      r[k] = cvtt(mul(add(q, andf(lt(vh, sub(x, q)), vs)), k255));
+    }
+    storeBytes(d + i, r);
+  }
+  return i;
+}
+
+}  // namespace
+
+extern const ReduceKernels kReduceKernels = {
+    {bayer<Kel8u, Kel8u>, bayer<Kel16u, Kel16u>, bayer<Kel16s, Kel16s>, bayer<Kel16u, Kel8u>, bayer<Kel16s, Kel8u>,
+     bayer<Kel32f, Kel8u>, bayer<Kel32f, Kel16u>, bayer<Kel32f, Kel16s>},
+    {bayerT<Kel8u, Kel8u>, bayerT<Kel16u, Kel16u>, bayerT<Kel16s, Kel16s>, bayerT<Kel16u, Kel8u>,
+     bayerT<Kel16s, Kel8u>, bayerT<Kel32f, Kel8u>, bayerT<Kel32f, Kel16u>, bayerT<Kel32f, Kel16s>},
+    nearest8u};
+
+}  // namespace KEL_ISA_NS
+}  // namespace kel
