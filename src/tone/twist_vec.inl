@@ -3,6 +3,8 @@
 // pixels per 16-byte lane, and every lane computes the scalar definition of
 // twist.h with the same operations in the same order, so each path gives the
 // scalar bytes exactly.
+#include <cmath>
+
 #include "frame/rows.h"
 #include "frame/simd.h"
 #include "frame/simdf.h"
@@ -36,30 +38,98 @@ inline f sum4(const Mat& M, int i, const f c[4]) {
   return F::add(F::add(F::add(F::mul(c[0], M.w[0][i]), F::mul(c[1], M.w[1][i])), F::mul(c[2], M.w[2][i])),
                 F::mul(c[3], M.w[3][i]));
 }
-// Limits, upper first (min returns its second operand for a NaN), then the
-// conversion to nearest even.
-inline v limited(f s, float hi, float lo) { return F::cvtn(F::max(F::min(s, F::set1(hi)), F::set1(lo))); }
-template <class T>
+// Limits and the conversion to nearest even. The upper limit acts in float
+// (min returns its second operand for a NaN, so NaN and +inf sums end there);
+// the lower one falls to the saturating packs that follow: for a sum at or
+// below the upper limit, converting first and saturating after gives the
+// same integer, as the conversion is monotonic, keeps the lower limit and
+// gives INT32_MIN for a sum beyond 32 bits. The 8s packs saturate to -128,
+// which is that form's own rule.
+//
+// Where the matrix keeps every sum finite and far inside the 32-bit range
+// (`Bounded`), the upper limit falls to the packs as well: the conversion is
+// then exact and the packs saturate both ways.
+template <class T, bool Bounded>
 inline v toInt(f s) {
-  if constexpr (std::is_same<T, Kel8u>::value) return limited(s, 255.0f, 0.0f);
-  else if constexpr (std::is_same<T, Kel8s>::value) return F::cvtn(F::min(s, F::set1(127.0f)));
-  else if constexpr (std::is_same<T, Kel16u>::value) return limited(s, 65535.0f, 0.0f);
-  else return limited(s, 32767.0f, -32768.0f);
+  constexpr float kHi = std::is_same<T, Kel8u>::value    ? 255.0f
+                        : std::is_same<T, Kel8s>::value  ? 127.0f
+                        : std::is_same<T, Kel16u>::value ? 65535.0f
+                                                         : 32767.0f;
+  if constexpr (Bounded) return F::cvtn(s);
+  else return F::cvtn(F::min(s, F::set1(kHi)));
+}
+// Whether every sum stays below 1e9 in magnitude for samples of type T: the
+// bound in double with the float roundings of the partial sums far below its
+// margin to 2^31. A NaN or infinite entry fails the test.
+template <class T>
+inline bool boundedSums(const TwistMat& m) {
+  constexpr double kMax = std::is_same<T, Kel8u>::value ? 255.0 : std::is_same<T, Kel8s>::value ? 128.0
+                          : std::is_same<T, Kel16u>::value ? 65535.0 : 32768.0;
+  for (int i = 0; i < 3; ++i) {
+    const double b = std::fabs(double(m.g[3][i])) +
+                     kMax * (std::fabs(double(m.g[0][i])) + std::fabs(double(m.g[1][i])) + std::fabs(double(m.g[2][i])));
+    if (!(b < 1e9)) return false;
+  }
+  return true;
 }
 
 // ---- 8-bit samples: 16 pixels per lane ------------------------------------------
-// The 16 bytes of a lane as four vectors of 32-bit values and back; the
-// values in range, or (8s) saturated to -128 by the packs.
-template <class T>
-inline void widenQ(v x, v q[4]) {
-  if constexpr (std::is_same<T, Kel8u>::value) {
-    widen32(x, q);
+// Interleaved pixels go straight from bytes to 32-bit lanes: group g of four
+// pixels is one 16-byte load at kOff[g] (C3: the last group loads from byte
+// 32 so that no load passes the block's 48 bytes), and one shuffle per
+// channel places each sample in the low byte of its lane (8u, zero-extended)
+// or the high byte (8s, sign-extended by a shift).
+template <int Ch>
+constexpr int groupOffset(int g) {
+  return Ch == 3 ? (g == 3 ? 32 : 12 * g) : 16 * g;
+}
+template <int Ch, bool Signed>
+constexpr Mask16 gatherMask(int g, int k) {
+  Mask16 m{};
+  for (int p = 0; p < 4; ++p)
+    for (int b = 0; b < 4; ++b)
+      m.b[4 * p + b] = (b == (Signed ? 3 : 0)) ? static_cast<int8_t>(4 * Ch * g - groupOffset<Ch>(g) + Ch * p + k)
+                                               : static_cast<int8_t>(-128);
+  return m;
+}
+template <int Ch, bool Signed>
+struct GatherMasks {
+  Mask16 m[4][3];
+  constexpr GatherMasks() : m{} {
+    for (int g = 0; g < 4; ++g)
+      for (int k = 0; k < 3; ++k) m[g][k] = gatherMask<Ch, Signed>(g, k);
+  }
+};
+template <int Ch, bool Signed>
+inline constexpr GatherMasks<Ch, Signed> kGather{};
+
+template <class T, int L>
+inline void loadQ(const Row3& io, int x, v q[3][4]) {
+  constexpr bool kSigned = std::is_same<T, Kel8s>::value;
+  if constexpr (L == kTwP3) {
+    for (int k = 0; k < 3; ++k) {
+      const v a = V::load<16>(io.s[k] + x);
+      if constexpr (kSigned) {
+        const v lo = V::srai16<8>(V::unpacklo8(a, a)), hi = V::srai16<8>(V::unpackhi8(a, a));
+        q[k][0] = V::srai32<16>(V::unpacklo16(lo, lo)), q[k][1] = V::srai32<16>(V::unpackhi16(lo, lo));
+        q[k][2] = V::srai32<16>(V::unpacklo16(hi, hi)), q[k][3] = V::srai32<16>(V::unpackhi16(hi, hi));
+      } else {
+        widen32(a, q[k]);
+      }
+    }
   } else {
-    const v lo = V::srai16<8>(V::unpacklo8(x, x)), hi = V::srai16<8>(V::unpackhi8(x, x));
-    q[0] = V::srai32<16>(V::unpacklo16(lo, lo)), q[1] = V::srai32<16>(V::unpackhi16(lo, lo));
-    q[2] = V::srai32<16>(V::unpacklo16(hi, hi)), q[3] = V::srai32<16>(V::unpackhi16(hi, hi));
+    constexpr int Ch = L == kTwC3 ? 3 : 4;
+    const uint8_t* p = io.s[0] + Ch * x;
+    for (int g = 0; g < 4; ++g) {
+      const v a = V::load<16 * Ch>(p + groupOffset<Ch>(g));
+      for (int k = 0; k < 3; ++k) {
+        const v b = V::shuffle8(a, V::bcast(kGather<Ch, kSigned>.m[g][k].b));
+        q[k][g] = kSigned ? V::srai32<24>(b) : b;
+      }
+    }
   }
 }
+// Back to 16 bytes per lane with saturation: clip8 for 8u, -128..127 for 8s.
 template <class T>
 inline v narrowQ(const v q[4]) {
   if constexpr (std::is_same<T, Kel8u>::value) return narrow32(q);
@@ -68,23 +138,25 @@ inline v narrowQ(const v q[4]) {
 
 constexpr Lay layOf(int L) { return L == kTwC3 ? Lay::C3 : (L == kTwAC4 ? Lay::AC4 : Lay::P3); }
 
-template <class T, int L>
-int kern8(const TwistRow& row, int x, int n) {
+template <class T, int L, bool Bounded>
+int kern8Run(const TwistRow& row, int x, int n) {
   constexpr int kBlock = 16 * V::kLanes;
-  constexpr Lay kLay = layOf(L);
   const Row3 io = row.p;  // a local copy: stores cannot force reloads
   const Mat M(*row.m);
   for (; x + kBlock <= n; x += kBlock) {
-    v a[3], q[3][4], o[3][4];
-    load3<kLay>(io, x, a[0], a[1], a[2]);
-    for (int k = 0; k < 3; ++k) widenQ<T>(a[k], q[k]);
+    v q[3][4], o[3][4];
+    loadQ<T, L>(io, x, q);
     for (int g = 0; g < 4; ++g) {
       const f c0 = F::cvt(q[0][g]), c1 = F::cvt(q[1][g]), c2 = F::cvt(q[2][g]);
-      for (int i = 0; i < 3; ++i) o[i][g] = toInt<T>(sum<T>(M, i, c0, c1, c2));
+      for (int i = 0; i < 3; ++i) o[i][g] = toInt<T, Bounded>(sum<T>(M, i, c0, c1, c2));
     }
-    store3<kLay>(io, x, narrowQ<T>(o[0]), narrowQ<T>(o[1]), narrowQ<T>(o[2]));
+    store3<layOf(L)>(io, x, narrowQ<T>(o[0]), narrowQ<T>(o[1]), narrowQ<T>(o[2]));
   }
   return x;
+}
+template <class T, int L>
+int kern8(const TwistRow& row, int x, int n) {
+  return boundedSums<T>(*row.m) ? kern8Run<T, L, true>(row, x, n) : kern8Run<T, L, false>(row, x, n);
 }
 
 // ---- 16-bit and float samples: 4 pixels per lane ------------------------------------
@@ -119,7 +191,7 @@ inline void putF(uint8_t* p, f x) {
   if constexpr (Nt) V::stream<Stride>(p, F::asi(x));
   else F::store<Stride>(p, x);
 }
-template <class T, int L, bool Nt>
+template <class T, int L, bool Nt, bool Bounded>
 inline void storeW(const Row3& io, int x, f o[4]) {
   constexpr int S = sizeof(T);
   if constexpr (std::is_same<T, Kel32f>::value) {
@@ -138,9 +210,10 @@ inline void storeW(const Row3& io, int x, f o[4]) {
       putF<64, Nt>(p, o[0]), putF<64, Nt>(p + 16, o[1]), putF<64, Nt>(p + 32, o[2]), putF<64, Nt>(p + 48, o[3]);
     }
   } else {
-    // In range after the limits, so the packs keep the values (the low 16 bits).
+    // The saturating packs give the lower limit; within the limits they keep
+    // the value, i.e. its low 16 bits.
     auto pack = [](v a, v b) { return std::is_same<T, Kel16u>::value ? F::packus32(a, b) : F::packs32(a, b); };
-    const v t0 = toInt<T>(o[0]), t1 = toInt<T>(o[1]), t2 = toInt<T>(o[2]);
+    const v t0 = toInt<T, Bounded>(o[0]), t1 = toInt<T, Bounded>(o[1]), t2 = toInt<T, Bounded>(o[2]);
     if constexpr (L == kTwP3) {
       F::storei8<8>(io.d[0] + S * x, pack(t0, t0));
       F::storei8<8>(io.d[1] + S * x, pack(t1, t1));
@@ -154,12 +227,12 @@ inline void storeW(const Row3& io, int x, f o[4]) {
 
 // Nt: stores stream past the cache where the destination block lies on a
 // 16-byte boundary (every block of the run does when the first does).
-template <class T, int L, bool Nt = false>
-int kernW(const TwistRow& row, int x, int n) {
+template <class T, int L, bool Nt, bool Bounded>
+int kernWRun(const TwistRow& row, int x, int n) {
   constexpr int kBlock = 4 * F::kLanes;
   constexpr int kPx = (L == kTwP3 ? 1 : (L == kTwC3 ? 3 : 4)) * static_cast<int>(sizeof(T));
   if constexpr (Nt)
-    if (!isAligned16(row.p.d[0] + kPx * x)) return kernW<T, L, false>(row, x, n);
+    if (!isAligned16(row.p.d[0] + kPx * x)) return kernWRun<T, L, false, Bounded>(row, x, n);
   const Row3 io = row.p;
   const Mat M(*row.m);
   for (; x + kBlock <= n; x += kBlock) {
@@ -170,10 +243,16 @@ int kernW(const TwistRow& row, int x, int n) {
     } else {
       for (int i = 0; i < 3; ++i) o[i] = sum<T>(M, i, c[0], c[1], c[2]);
     }
-    storeW<T, L, Nt>(io, x, o);
+    storeW<T, L, Nt, Bounded>(io, x, o);
   }
   if constexpr (Nt) _mm_sfence();
   return x;
+}
+template <class T, int L, bool Nt = false>
+int kernW(const TwistRow& row, int x, int n) {
+  if constexpr (!std::is_same<T, Kel32f>::value)
+    if (boundedSums<T>(*row.m)) return kernWRun<T, L, Nt, true>(row, x, n);
+  return kernWRun<T, L, Nt, false>(row, x, n);
 }
 
 }  // namespace
