@@ -70,8 +70,9 @@ template <class F>
 void forRun(int64_t n, int bytesPerPixelIn, int bytesPerPixelOut, const TwistRow& io, F&& f) {
   constexpr int64_t kPiece = int64_t(1) << 28;
   TwistRow piece = io;
-  for (int64_t done = 0; done < n; done += kPiece) {
+  for (int64_t done = 0;; done += kPiece) {
     f(piece, static_cast<int>(std::min(kPiece, n - done)));
+    if (n - done <= kPiece) break;
     piece.p.s[0] += kPiece * bytesPerPixelIn;
     piece.p.d[0] += kPiece * bytesPerPixelOut;
   }
@@ -120,21 +121,25 @@ void myTwist32fC4(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, Keli
 // ---- outer functions -------------------------------------------------------------
 // Checks in the order: any pointer (images, planes, matrix) null, then the
 // size, then any step below 1.
-template <class T>
-constexpr bool kIntegerDepth = !std::is_same<T, Kel32f>::value;
+// Integer depths run their rows under round-to-nearest; 32f as it stands.
+template <class T, class F>
+void inMode(F&& rows) {
+  if constexpr (std::is_same<T, Kel32f>::value) {
+    rows();
+  } else {
+    NearestMode mode;
+    rows();
+  }
+}
 
 template <class T, TwistLayout L>
 KelStatus twistPx(const T* src, int srcStep, T* dst, int dstStep, KeliSize roi, const Kel32f (*t)[4]) {
   if (KelStatus st = checkC({src, dst, t}, {}, roi, {srcStep, dstStep})) return st;
   const Row3 base{{reinterpret_cast<const uint8_t*>(src)}, {reinterpret_cast<uint8_t*>(dst)}};
-  if constexpr (kIntegerDepth<T>) {
-    NearestMode mode;
-    myTwist<T, L>(base, srcStep, dstStep, roi, flat(t));
-  } else if constexpr (L == kTwC3) {
+  if constexpr (std::is_same<T, Kel32f>::value && L == kTwC3)
     myTwist32fC3(src, srcStep, dst, dstStep, roi, flat(t));
-  } else {
-    myTwist<T, L>(base, srcStep, dstStep, roi, flat(t));
-  }
+  else
+    inMode<T>([&] { myTwist<T, L>(base, srcStep, dstStep, roi, flat(t)); });
   return kelStatusOk;
 }
 
@@ -144,12 +149,7 @@ template <class T, TwistLayout L>
 KelStatus twistPxI(T* img, int step, KeliSize roi, const Kel32f (*t)[4]) {
   if (KelStatus st = checkC({img, t}, {}, roi, {step})) return st;
   const Row3 base{{reinterpret_cast<const uint8_t*>(img)}, {reinterpret_cast<uint8_t*>(img)}};
-  if constexpr (kIntegerDepth<T>) {
-    NearestMode mode;
-    myTwist<T, L>(base, step, step, roi, flat(t));
-  } else {
-    myTwist<T, L>(base, step, step, roi, flat(t));
-  }
+  inMode<T>([&] { myTwist<T, L>(base, step, step, roi, flat(t)); });
   return kelStatusOk;
 }
 
@@ -167,12 +167,7 @@ template <class T>
 KelStatus twistP3(const T* const* src, int srcStep, T* const* dst, int dstStep, KeliSize roi,
                   const Kel32f (*t)[4]) {
   if (KelStatus st = checkC({t}, {planes(src, 3), planes(dst, 3)}, roi, {srcStep, dstStep})) return st;
-  if constexpr (kIntegerDepth<T>) {
-    NearestMode mode;
-    myTwist<T, kTwP3>(planeRow(src, dst), srcStep, dstStep, roi, flat(t));
-  } else {
-    myTwist<T, kTwP3>(planeRow(src, dst), srcStep, dstStep, roi, flat(t));
-  }
+  inMode<T>([&] { myTwist<T, kTwP3>(planeRow(src, dst), srcStep, dstStep, roi, flat(t)); });
   return kelStatusOk;
 }
 template <class T>

@@ -98,12 +98,20 @@ inline int32_t cvtn(float v) { return _mm_cvt_ss2si(_mm_set_ss(v)); }
 // ---- depths ---------------------------------------------------------------------
 template <class T>
 struct Depth;
-template <>
-struct Depth<Kel8u> {
-  static constexpr TwistDepth kId = kTw8u;
+// 8u, 16u, 16s: both limits on the float sum, then the conversion; the
+// store keeps the low bits (C++20 conversions to narrower types wrap).
+template <class T, TwistDepth Id, int Hi, int Lo>
+struct LimitedDepth {
+  static constexpr TwistDepth kId = Id;
   static float sum(const TwistMat& m, int i, float c0, float c1, float c2) { return sumA(m, i, c0, c1, c2); }
-  static Kel8u out(float s) { return static_cast<Kel8u>(cvtn(lower(upper(s, 255.0f), 0.0f))); }
+  static T out(float s) { return static_cast<T>(cvtn(lower(upper(s, float(Hi)), float(Lo)))); }
 };
+template <>
+struct Depth<Kel8u> : LimitedDepth<Kel8u, kTw8u, 255, 0> {};
+template <>
+struct Depth<Kel16u> : LimitedDepth<Kel16u, kTw16u, 65535, 0> {};
+template <>
+struct Depth<Kel16s> : LimitedDepth<Kel16s, kTw16s, 32767, -32768> {};
 // 8s: no lower limit in float; the converted value saturates to -128.
 template <>
 struct Depth<Kel8s> {
@@ -112,20 +120,6 @@ struct Depth<Kel8s> {
   static Kel8s out(float s) {
     const int32_t r = cvtn(upper(s, 127.0f));
     return static_cast<Kel8s>(r < -128 ? -128 : r);
-  }
-};
-template <>
-struct Depth<Kel16u> {
-  static constexpr TwistDepth kId = kTw16u;
-  static float sum(const TwistMat& m, int i, float c0, float c1, float c2) { return sumA(m, i, c0, c1, c2); }
-  static Kel16u out(float s) { return static_cast<Kel16u>(cvtn(lower(upper(s, 65535.0f), 0.0f))); }
-};
-template <>
-struct Depth<Kel16s> {
-  static constexpr TwistDepth kId = kTw16s;
-  static float sum(const TwistMat& m, int i, float c0, float c1, float c2) { return sumA(m, i, c0, c1, c2); }
-  static Kel16s out(float s) {
-    return static_cast<Kel16s>(static_cast<uint16_t>(cvtn(lower(upper(s, 32767.0f), -32768.0f))));
   }
 };
 // 32f: the sum as it stands, rounded as the caller's mode says.
