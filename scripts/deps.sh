@@ -1,11 +1,15 @@
 #!/usr/bin/env bash
-# Installs what the build needs, where it is missing. Pass "bench" to add the
-# peer libraries the benchmarks compare against.
+# Installs what the build needs, where it is missing. Extra words add groups:
+# "bench" the peer libraries the benchmarks compare against, "sanitizers"
+# clang with its OpenMP runtime and sanitizer/fuzzer runtimes.
 set -euo pipefail
 pkgs=(build-essential cmake pkg-config libgtest-dev libpng-dev)
-if [[ "${1:-}" == bench ]]; then
-  pkgs+=(libbenchmark-dev libopencv-dev libyuv-dev)
-fi
+for group in "$@"; do
+  case "$group" in
+    bench) pkgs+=(libbenchmark-dev libopencv-dev libyuv-dev) ;;
+    sanitizers) pkgs+=(clang libomp-dev libclang-rt-14-dev) ;;
+  esac
+done
 missing=()
 for p in "${pkgs[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

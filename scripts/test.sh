@@ -1,13 +1,24 @@
 #!/usr/bin/env bash
 # Builds everything (library, tool, tests, benchmarks) and runs the test
-# suite, then the same suite under AddressSanitizer and UBSan.
+# suite; then the same suite under AddressSanitizer and UBSan, and the
+# threaded tests under ThreadSanitizer (clang with its OpenMP runtime, which
+# ThreadSanitizer understands through the archer tool).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/deps.sh bench
+scripts/deps.sh bench sanitizers
 jobs=$(nproc)
 cmake -S . -B build -DCMAKE_BUILD_TYPE=Release -DKELCC_BUILD_BENCH=ON >/dev/null
 cmake --build build -j"$jobs"
 ctest --test-dir build -j"$jobs" --output-on-failure
+
 cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKELCC_SANITIZE=ON -DKELCC_BUILD_TOOLS=OFF >/dev/null
 cmake --build build-asan -j"$jobs"
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 ctest --test-dir build-asan -j"$jobs" --output-on-failure
+
+CC=clang CXX=clang++ cmake -S . -B build-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKELCC_SANITIZE_THREAD=ON \
+  -DKELCC_BUILD_TOOLS=OFF >/dev/null
+cmake --build build-tsan -j"$jobs"
+archer=$(clang -print-file-name=libarcher.so)
+[[ -f "$archer" ]] || archer=$(ls /usr/lib/llvm-*/lib/libarcher.so | head -1)
+OMP_TOOL_LIBRARIES="$archer" TSAN_OPTIONS="halt_on_error=1 ignore_noninstrumented_modules=1" \
+  ctest --test-dir build-tsan -j"$jobs" --output-on-failure -R 'Thread|Parallel|Callers|Core'

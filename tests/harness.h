@@ -41,12 +41,39 @@ Geom full(int bpp);
 Geom sub(int bpp, int xs, int ys);  // (w >> xs) * bpp by (h >> ys)
 Geom ceilHalfW(int bpp);            // ((w + 1) >> 1) * bpp by h
 
+// Where a plane meets an inaccessible page: nowhere (guard bytes around it),
+// its first byte right after one, or its last byte right before one.
+enum class PageEdge { None, Start, End };
+
+// The bytes a plane lives in: a heap block, or pages of their own between
+// two inaccessible pages, so that any access past them faults.
+class Mem {
+ public:
+  Mem() = default;
+  Mem(size_t n, bool paged);
+  Mem(const Mem&) = delete;
+  Mem& operator=(const Mem&) = delete;
+  ~Mem();
+  uint8_t* data() const { return p_; }
+  size_t size() const { return n_; }
+  uint8_t& operator[](size_t i) const { return p_[i]; }
+
+ private:
+  uint8_t* p_ = nullptr;
+  size_t n_ = 0;
+  uint8_t* map_ = nullptr;
+  size_t mapLen_ = 0;
+  std::vector<uint8_t> heap_;
+};
+
 // A plane with guard zones before, after and between its rows.
 class Guarded {
  public:
   // `step` is the step to use (0 and negative allowed); `align` the offset
-  // of the region's first byte from a 16-byte boundary.
-  Guarded(PlaneDim dim, int step, int align, uint32_t seed);
+  // of the region's first byte from a 16-byte boundary. With a page edge the
+  // plane's first or last byte touches an inaccessible page (and `align` is
+  // not used).
+  Guarded(PlaneDim dim, int step, int align, uint32_t seed, PageEdge edge = PageEdge::None);
   uint8_t* ptr() { return roi_; }
   int step() const { return step_; }
   const PlaneDim& dim() const { return dim_; }
@@ -54,7 +81,7 @@ class Guarded {
   void fill(uint8_t v);
   // Byte x of region row y.
   uint8_t& at(int x, int y) { return roi_[static_cast<ptrdiff_t>(step_) * y + x]; }
-  void snapshot() { snap_ = buf_; }
+  void snapshot() { snap_.assign(buf_.data(), buf_.data() + buf_.size()); }
   // Everything outside the region is as it was at the snapshot.
   ::testing::AssertionResult outsideIntact() const;
   // Everything, the region included, is as it was.
@@ -66,7 +93,8 @@ class Guarded {
   bool inRegion(size_t off) const;
   PlaneDim dim_;
   int step_ = 0;
-  std::vector<uint8_t> buf_, snap_;
+  Mem buf_;
+  std::vector<uint8_t> snap_;
   uint8_t* roi_ = nullptr;
   size_t roiOff_ = 0;
 };
@@ -160,7 +188,8 @@ struct Images {
   std::vector<Guarded*> dstPtrs() const;
 };
 Images makeImages(const Member& m, KeliSize roi, std::mt19937& rng, bool randomSteps = true);
-Images makeImages(const Member& m, KeliSize roi, StepMode mode, int align, uint32_t seed);
+Images makeImages(const Member& m, KeliSize roi, StepMode mode, int align, uint32_t seed,
+                  PageEdge edge = PageEdge::None);
 
 // Runs a member once on the images; returns the status.
 KelStatus run(const Member& m, Images& im, KeliSize roi);
@@ -174,6 +203,10 @@ void checkGuards(const Member& m, int trials = 60, int maxW = 300, int maxH = 9)
 void checkErrors(const Member& m);
 // Every vector path gives the bytes of the scalar definitions.
 void checkPaths(const Member& m, int trials = 40, int maxW = 300, int maxH = 5);
+// Every plane against an inaccessible page at its start, then at its end,
+// on every path, for every width up to maxW, tight and with odd steps: a
+// read or write past the plane faults.
+void checkPageEdges(const Member& m, int maxW = 64);
 // The bytes do not depend on the thread count (1 to 4).
 void checkThreads(const Member& m, std::vector<KeliSize> sizes);
 
@@ -193,5 +226,23 @@ std::vector<kel::Isa> paths();
 
 // Runs all generic checks on every member of a table.
 void checkAll(const std::vector<Member>& members);
+
+// ---- the members of a test program ---------------------------------------------
+// Each family's test file registers its member table once (KT_MEMBERS); the
+// checks that span families (callers on many threads at once, the fuzzer)
+// take the members from here.
+using MemberList = std::function<std::vector<Member>()>;
+std::vector<MemberList>& memberLists();
+std::vector<Member> registeredMembers();
+struct MemberListRegistrar {
+  explicit MemberListRegistrar(MemberList f) { memberLists().push_back(std::move(f)); }
+};
+#define KT_CAT2(a, b) a##b
+#define KT_CAT(a, b) KT_CAT2(a, b)
+#define KT_MEMBERS(fn) static ::kt::MemberListRegistrar KT_CAT(ktMembers_, __LINE__)(fn)
+
+// Eight threads call the member at once on images of their own: each gets
+// the bytes of a serial call.
+void checkCallers(const Member& m);
 
 }  // namespace kt

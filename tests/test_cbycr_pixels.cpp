@@ -61,6 +61,7 @@ KelStatus fromC2BGRA(const Kel8u* s, int ss, Kel8u* d, int ds, KeliSize r) {
 
 }  // namespace
 
+KT_MEMBERS(members);
 TEST(CbYCr, GuardsErrorsAndPaths) { checkAll(members()); }
 
 // The table follows from its rule: 4.5 i for i up to 4 and the power law

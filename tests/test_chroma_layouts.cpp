@@ -212,10 +212,15 @@ void expectModel(const Desc& d, KeliSize roi, Images& got, Images& want) {
 
 }  // namespace
 
-TEST(ChromaLayouts, GuardsErrorsAndPaths) {
+std::vector<Member> layoutMembers() {
   std::vector<Member> ms;
   for (const Desc& d : descs()) ms.push_back(member(d));
-  checkAll(ms);
+  return ms;
+}
+KT_MEMBERS(layoutMembers);
+
+TEST(ChromaLayouts, GuardsErrorsAndPaths) {
+  checkAll(layoutMembers());
 }
 
 // Small and odd sizes around the trim, and rows longer than a few vector

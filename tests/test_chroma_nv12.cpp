@@ -105,6 +105,7 @@ std::vector<Member> members() {
 
 }  // namespace
 
+KT_MEMBERS(members);
 TEST(Nv12, GuardsErrorsAndPaths) { checkAll(members()); }
 
 // The deinterlacers' body rows need pictures taller than the generic checks use.

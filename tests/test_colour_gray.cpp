@@ -65,8 +65,13 @@ using P8 = std::array<Kel8u, 3>;
 
 }  // namespace
 
+std::vector<Member> grayMembers() {
+  return {KT_GRAY(8u, Kel8u), KT_GRAY(16u, Kel16u), KT_GRAY(16s, Kel16s), KT_GRAY(32f, Kel32f)};
+}
+KT_MEMBERS(grayMembers);
+
 TEST(ColourGray, GuardsErrorsAndPaths) {
-  checkAll({KT_GRAY(8u, Kel8u), KT_GRAY(16u, Kel16u), KT_GRAY(16s, Kel16s), KT_GRAY(32f, Kel32f)});
+  checkAll(grayMembers());
 }
 
 TEST(ColourGray, TellingValuesOf8u) {

@@ -65,6 +65,7 @@ using P8 = std::array<Kel8u, 3>;
 
 }  // namespace
 
+KT_MEMBERS(members);
 TEST(ColourXyzYcc, GuardsErrorsAndPaths) { checkAll(members()); }
 
 // Rows go to the team above 4096 pixels; 4096 itself stays serial. The bytes

@@ -188,6 +188,7 @@ int lumaYT(SrcF s, Kel16u w) {
 
 }  // namespace
 
+KT_MEMBERS(harnessMembers);
 TEST(PackedSrc, GuardsErrorsAndPaths) { checkAll(harnessMembers()); }
 
 // Widened white is 248 (252 for a 6-bit G) and bit 15 of a BGR555 word is

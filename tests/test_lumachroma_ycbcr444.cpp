@@ -107,6 +107,7 @@ Px swap(Px p) { return {p[2], p[1], p[0]}; }
 
 }  // namespace
 
+KT_MEMBERS(members);
 TEST(RgbYcbcr444, GuardsErrorsAndPaths) { checkAll(members()); }
 
 TEST(RgbYcbcr444, TellingValuesOfTheForwardForms) {

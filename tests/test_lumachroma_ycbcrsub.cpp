@@ -163,10 +163,15 @@ Planes tile(const Sub& s, const Planes& src, KeliSize roi, int j, int w) {
 
 }  // namespace
 
-TEST(YccSub, GuardsErrorsAndPaths) {
+std::vector<Member> subMembers() {
   std::vector<Member> ms;
   for (const Sub& s : subs()) ms.push_back(s.m);
-  checkAll(ms);
+  return ms;
+}
+KT_MEMBERS(subMembers);
+
+TEST(YccSub, GuardsErrorsAndPaths) {
+  checkAll(subMembers());
 }
 
 // Every group of a row takes the body forms below the member's body count and

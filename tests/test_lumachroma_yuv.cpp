@@ -127,6 +127,7 @@ const RowMember& row(const char* name) {
 
 }  // namespace
 
+KT_MEMBERS(members);
 TEST(RgbYuv, GuardsErrorsAndPaths) { checkAll(members()); }
 
 // The published values of each form, reached through the member whose body

@@ -60,6 +60,7 @@ std::vector<Kel16u> packRow(Pack f, const std::vector<Kel8u>& b) {
 
 }  // namespace
 
+KT_MEMBERS(members);
 TEST(Rgb565, GuardsErrorsAndPaths) { checkAll(members()); }
 
 // Bands by thread number: below 192 in either dimension the caller's thread

@@ -169,9 +169,15 @@ std::array<int, 3> fields(const Entry& e, uint16_t w) {
 
 }  // namespace
 
-TEST(YccToPacked16, GuardsErrorsAndPaths) {
+std::vector<Member> packedMembers() {
   std::vector<Member> ms;
   for (const Entry& e : entries()) ms.push_back(member(e));
+  return ms;
+}
+KT_MEMBERS(packedMembers);
+
+TEST(YccToPacked16, GuardsErrorsAndPaths) {
+  const std::vector<Member> ms = packedMembers();
   EXPECT_EQ(ms.size(), 74u);
   checkAll(ms);
 }

@@ -209,6 +209,7 @@ Block solid(const BlockMember& m, std::array<int, 3> bgr) {
 
 }  // namespace
 
+KT_MEMBERS(members);
 TEST(Rec709, GuardsErrorsAndPaths) { checkAll(members()); }
 
 // Every block takes the body form below the member's body count and the

@@ -130,7 +130,9 @@ const Matrix kIdentity = withRows({1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0});
 
 }  // namespace
 
-TEST(ToneTwist, GuardsErrorsAndPaths) { checkAll(members(randomMatrix(5, 2.0f, 300.0f))); }
+std::vector<Member> twistMembers() { return members(randomMatrix(5, 2.0f, 300.0f)); }
+KT_MEMBERS(twistMembers);
+TEST(ToneTwist, GuardsErrorsAndPaths) { checkAll(twistMembers()); }
 
 // The vector paths hold to the scalar definitions with sums that overflow,
 // and with infinite and NaN entries (NaN sums take the upper limit in the
