@@ -47,8 +47,8 @@ inline f sum4(const Mat& M, int i, const f c[4]) {
 // which is that form's own rule.
 //
 // Where the matrix keeps every sum finite and far inside the 32-bit range
-// (`Bounded`), the upper limit falls to the packs as well: the conversion is
-// then exact and the packs saturate both ways.
+// (`Bounded`), the upper limit falls to the packs as well: the conversion
+// then stays inside 32 bits and the packs saturate both ways.
 template <class T, bool Bounded>
 inline v toInt(f s) {
   constexpr float kHi = std::is_same<T, Kel8u>::value    ? 255.0f
