@@ -1,8 +1,13 @@
 #!/usr/bin/env bash
 # Builds everything (library, tool, tests, benchmarks) and runs the test
-# suite; then the same suite under AddressSanitizer and UBSan, and the
-# threaded tests under ThreadSanitizer (clang with its OpenMP runtime, which
-# ThreadSanitizer understands through the archer tool).
+# suite; then the same suite under AddressSanitizer and UBSan with a short
+# fuzz run over every member, and the threaded tests under ThreadSanitizer
+# (clang with its OpenMP runtime, which ThreadSanitizer understands through
+# the archer tool).
+#
+# A long fuzz run (the build-asan tree from this script):
+#   build-asan/tests/fuzz_members -jobs=2 -workers=2 -max_total_time=36000 \
+#     -timeout=10 fuzz-work tests/fuzz_corpus
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/deps.sh bench sanitizers
@@ -11,7 +16,10 @@ cmake -S . -B build -DCMAKE_BUILD_TYPE=Release -DKELCC_BUILD_BENCH=ON >/dev/null
 cmake --build build -j"$jobs"
 ctest --test-dir build -j"$jobs" --output-on-failure
 
-cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKELCC_SANITIZE=ON -DKELCC_BUILD_TOOLS=OFF >/dev/null
+# AddressSanitizer and UBSan, built with clang so that the same build also
+# gives the libFuzzer target; its short run from the kept corpus is a test.
+CC=clang CXX=clang++ cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKELCC_SANITIZE=ON -DKELCC_FUZZ=ON \
+  -DKELCC_BUILD_TOOLS=OFF >/dev/null
 cmake --build build-asan -j"$jobs"
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 ctest --test-dir build-asan -j"$jobs" --output-on-failure
 

@@ -138,10 +138,23 @@ KelStatus status411(KeliSize r);
 
 // One invocation: hands out pointers and steps in argument order, and can
 // make one pointer slot null.
+// Where a call's extra arguments (modes, levels, alpha, weights, matrices,
+// ranges, ...) come from: the tests pass each member's own value; the fuzzer
+// puts others in their place.
+struct ParamSource {
+  virtual ~ParamSource() = default;
+  virtual int32_t i32(int32_t def) = 0;
+  virtual float f32(float def) = 0;
+};
+
 class Call {
  public:
   Call(std::vector<Guarded*> src, std::vector<Guarded*> dst, KeliSize roi) : src_(src), dst_(dst), roi_(roi) {}
   KeliSize roi() const { return roi_; }
+  // Extra arguments: the member's value `def`, unless a source says otherwise.
+  ParamSource* params = nullptr;
+  int32_t param(int32_t def) { return params ? params->i32(def) : def; }
+  float paramF(float def) { return params ? params->f32(def) : def; }
   // Pointer arguments.
   const Kel8u* s(int i) { return slot(src_[i]->ptr(), false); }
   Kel8u* d(int i) { return slot(dst_[i]->ptr(), false); }

@@ -82,12 +82,14 @@ std::vector<Member> members() {
   for (const SliceCase& sc : kSlices) {
     const int t = sc.top, b = sc.below;
     const uint32_t f = sc.flags;
-    auto slice = [t, b](KeliSize r) { return KeliSize{r.width, r.height - t - b}; };
+    auto slice = [t, b](KeliSize r) {  // saturated: the fuzzer passes extreme heights
+      return KeliSize{r.width, int(std::max<int64_t>(INT32_MIN, int64_t{r.height} - t - b))};
+    };
     add(std::string("Filter_P2C2R ") + sc.name, {full(1), pairs420()}, {full(2)}, [=](Call& c) {
       const Kel8u *y = c.s(0), *cc = c.s(1);
       Kel8u* d = c.d(0);
       return keliYCbCr420ToYCbCr422_Filter_8u_P2C2R(down(y, c.ss(0), t), c.ss(0), down(cc, c.ss(1), t / 2), c.ss(1),
-                                                    down(d, c.ds(0), t), c.ds(0), slice(c.roi()), f);
+                                                    down(d, c.ds(0), t), c.ds(0), slice(c.roi()), uint32_t(c.param(int32_t(f))));
     }, sc.minH);
     add(std::string("Filter_P2P3R ") + sc.name, {full(1), pairs420()},
         {full(1), half420(), half420()}, [=](Call& c) {
@@ -97,7 +99,8 @@ std::vector<Member> members() {
           int ds[3];
           for (int i = 0; i < 3; ++i) ds[i] = c.ds(i), dd[i] = d ? down(d[i], ds[i], i ? t / 2 : t) : nullptr;
           return keliYCbCr420ToYCrCb420_Filter_8u_P2P3R(down(y, c.ss(0), t), c.ss(0), down(cc, c.ss(1), t / 2),
-                                                        c.ss(1), d ? dd : nullptr, ds, slice(c.roi()), f);
+                                                        c.ss(1), d ? dd : nullptr, ds, slice(c.roi()),
+                                                        uint32_t(c.param(int32_t(f))));
         }, sc.minH, Order::A);
   }
   return v;

@@ -28,7 +28,10 @@ Member grayMember(const char* name, int ch, GrayFn<T> f) {
 template <class T>
 Member colorMember(const char* name, int ch, ColorFn<T> f) {
   Member m{name, {full(ch * int(sizeof(T)))}, {full(int(sizeof(T)))},
-           [f](Call& c) { return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), kWeights); }};
+           [f](Call& c) {
+             const Kel32f w[3] = {c.paramF(kWeights[0]), c.paramF(kWeights[1]), c.paramF(kWeights[2])};
+             return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), w);
+           }};
   m.sampleBytes = sizeof(T);
   m.finiteFloats = std::is_same<T, Kel32f>::value;
   return m;

@@ -376,8 +376,10 @@ inline void storeFence() { _mm_sfence(); }
 
 // ---- whole planes ------------------------------------------------------------
 // Where every plane's step is exactly its row's bytes, the rows lie end to
-// end and go as one long row (whose count must still fit an int).
+// end and go as one long row (whose count must still fit an int). No rows
+// (the members that do not examine the height take any) is no block.
 inline bool endToEnd(std::initializer_list<std::pair<int, int>> stepAndBytes, int rows) {
+  if (rows < 1) return false;
   for (auto [step, bytes] : stepAndBytes)
     if (step != bytes || static_cast<int64_t>(bytes) * rows > (1 << 30)) return false;
   return true;

@@ -8,12 +8,30 @@
 #include <omp.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 
 #include "frame/arith.h"
 #include "kelcore.h"
 
 namespace kel {
+
+// The OpenMP runtime may set errno as it starts (it looks for message
+// catalogues, reads the processor affinity): every pattern hands the caller
+// back the errno it had.
+namespace {
+struct KeepErrno {
+  int saved = errno;
+  ~KeepErrno() { errno = saved; }
+};
+// A region opens in a function of its own: some compilers fetch the OpenMP
+// thread number when a function that holds a region starts, which would be
+// before the errno above is saved.
+template <class F>
+[[gnu::noinline]] void openRegion(F&& f) {
+  f();
+}
+}  // namespace
 
 // ---- 1. rows by static schedule, with threshold ------------------------
 // Parallel when the 32-bit product w * h is above `threshold` (4096 for the
@@ -23,21 +41,27 @@ inline constexpr int32_t kRowsThreshold = 4096;
 
 template <class RowFn>
 inline void parallelRowsAbove(int w, int h, int32_t threshold, RowFn&& row) {
+  const KeepErrno keepErrno;
   const int n = ownGetNumThreads();
   if (area32(w, h) <= threshold) {
     for (int r = 0; r < h; ++r) row(r);
     return;
   }
+  openRegion([&] {
 #pragma omp parallel for schedule(static) num_threads(n)
-  for (int r = 0; r < h; ++r) row(r);
+    for (int r = 0; r < h; ++r) row(r);
+  });
 }
 
 // ---- 2. rows by static schedule, no threshold ----------------------------
 template <class RowFn>
 inline void parallelRows(int h, RowFn&& row) {
+  const KeepErrno keepErrno;
   const int n = ownGetNumThreads();
+  openRegion([&] {
 #pragma omp parallel for schedule(static) num_threads(n)
-  for (int r = 0; r < h; ++r) row(r);
+    for (int r = 0; r < h; ++r) row(r);
+  });
 }
 
 // ---- 3. fixed bands by thread number --------------------------------------
@@ -54,6 +78,7 @@ inline constexpr int kBandMin = 192;
 
 template <class BandFn>
 inline void parallelFixedBands(int w, int h, int minW, int minH, BandFn&& band) {
+  const KeepErrno keepErrno;
   const int n = ownGetNumThreads();
   if (n < 2 || w < minW || h < minH) {
     band(0, h);
@@ -61,15 +86,17 @@ inline void parallelFixedBands(int w, int h, int minW, int minH, BandFn&& band) 
   }
   const int q = h / n;
   const int rem = h % n;
+  openRegion([&] {
 #pragma omp parallel num_threads(ownGetNumThreads())
-  {
-    const int team = omp_get_num_threads();
-    for (int t = omp_get_thread_num(); t < n; t += team) {
-      const int r0 = t * q;
-      const int rows = q + (t == n - 1 ? rem : 0);
-      if (rows > 0) band(r0, r0 + rows);
+    {
+      const int team = omp_get_num_threads();
+      for (int t = omp_get_thread_num(); t < n; t += team) {
+        const int r0 = t * q;
+        const int rows = q + (t == n - 1 ? rem : 0);
+        if (rows > 0) band(r0, r0 + rows);
+      }
     }
-  }
+  });
 }
 
 // ---- 4. fixed bands set by the master --------------------------------------
@@ -80,6 +107,7 @@ inline void parallelFixedBands(int w, int h, int minW, int minH, BandFn&& band) 
 // otherwise serial() runs once on the caller's thread.
 template <class Plan, class SplitFn, class BandFn, class SerialFn>
 inline void parallelMasterBands(bool goParallel, SplitFn&& split, BandFn&& band, SerialFn&& serial) {
+  const KeepErrno keepErrno;
   const int n = ownGetNumThreads();
   if (n < 2 || !goParallel) {
     serial();
@@ -87,16 +115,18 @@ inline void parallelMasterBands(bool goParallel, SplitFn&& split, BandFn&& band,
   }
   Plan plan{};
   int team = 1;
+  openRegion([&] {
 #pragma omp parallel num_threads(n)
-  {
-#pragma omp master
     {
-      team = omp_get_num_threads();
-      plan = split(team);
-    }
+#pragma omp master
+      {
+        team = omp_get_num_threads();
+        plan = split(team);
+      }
 #pragma omp barrier
-    band(omp_get_thread_num(), team, plan);
-  }
+      band(omp_get_thread_num(), team, plan);
+    }
+  });
 }
 
 // ---- 5. channels by workers -------------------------------------------------
@@ -108,18 +138,22 @@ inline void parallelMasterBands(bool goParallel, SplitFn&& split, BandFn&& band,
 // block per worker; runChannelWorkers then calls work(worker, firstChannel,
 // channelCount) on the workers' threads, with no waiting between them.
 inline int channelTeamSize(int channels) {
+  const KeepErrno keepErrno;
   if (channels <= 1) return 1;
   int team = 1;
+  openRegion([&] {
 #pragma omp parallel num_threads(ownGetNumThreads())
-  {
+    {
 #pragma omp master
-    team = omp_get_num_threads();
-  }
+      team = omp_get_num_threads();
+    }
+  });
   return std::max(1, std::min(team, channels));
 }
 
 template <class WorkFn>
 inline void runChannelWorkers(int workers, int channels, WorkFn&& work) {
+  const KeepErrno keepErrno;
   auto one = [&](int wk) {
     const int base = channels / workers, extra = channels % workers;
     const int first = wk * base + std::min(wk, extra);
@@ -130,12 +164,14 @@ inline void runChannelWorkers(int workers, int channels, WorkFn&& work) {
     one(0);
     return;
   }
+  openRegion([&] {
 #pragma omp parallel num_threads(workers)
-  {
-    // A smaller team than asked: the threads that exist do the rest in turn.
-    const int team = omp_get_num_threads();
-    for (int wk = omp_get_thread_num(); wk < workers; wk += team) one(wk);
-  }
+    {
+      // A smaller team than asked: the threads that exist do the rest in turn.
+      const int team = omp_get_num_threads();
+      for (int wk = omp_get_thread_num(); wk < workers; wk += team) one(wk);
+    }
+  });
 }
 
 }  // namespace kel
