@@ -29,6 +29,12 @@ template <class T>
 using FnIP = KelStatus (*)(T* [3], int, KeliSize, const Kel32f[3][4]);
 
 M34 rows(const MatrixPtr& m) { return reinterpret_cast<M34>(m->data()); }
+// The matrix argument of a harness call: the member's own entries unless the
+// call's parameter source puts others in their place; a null slot of its own.
+M34 rowsOf(Call& c, const MatrixPtr& m, Matrix& local) {
+  for (size_t i = 0; i < local.size(); ++i) local[i] = c.paramF((*m)[i]);
+  return c.arg(reinterpret_cast<M34>(local.data()));
+}
 
 template <class T>
 Member base(std::string name, std::vector<Geom> src, std::vector<Geom> dst, Invoke call) {
@@ -48,19 +54,25 @@ void addDepth(std::vector<Member>& out, const std::string& pre, const MatrixPtr&
   const int S = sizeof(T);
   for (auto [suffix, ch, f] : {std::tuple{"C3R", 3, c3}, std::tuple{"AC4R", 4, ac4}})
     out.push_back(base<T>(pre + suffix, {full(ch * S)}, {full(ch * S)}, [f, mat](Call& c) {
-      return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), c.arg(rows(mat)));
+      Matrix local;
+      return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), rowsOf(c, mat, local));
     }));
   for (auto [suffix, ch, f] : {std::tuple{"C3IR", 3, c3i}, std::tuple{"AC4IR", 4, ac4i}})
     out.push_back(base<T>(pre + suffix, {}, {full(ch * S)},
-                          [f, mat](Call& c) { return f(c.dT<T>(0), c.ds(0), c.roi(), c.arg(rows(mat))); }));
+                          [f, mat](Call& c) {
+                            Matrix local;
+                            return f(c.dT<T>(0), c.ds(0), c.roi(), rowsOf(c, mat, local));
+                          }));
   Member p = base<T>(pre + "P3R", {full(S), full(S), full(S)}, {full(S), full(S), full(S)}, [p3, mat](Call& c) {
+    Matrix local;
     return p3(reinterpret_cast<const T* const*>(c.sArr(3)), c.ss(0), reinterpret_cast<T**>(c.dArr(3)), c.ds(0),
-              c.roi(), c.arg(rows(mat)));
+              c.roi(), rowsOf(c, mat, local));
   });
   p.sharedSrcStep = p.sharedDstStep = true;
   out.push_back(p);
   Member ip = base<T>(pre + "IP3R", {}, {full(S), full(S), full(S)}, [ip3, mat](Call& c) {
-    return ip3(reinterpret_cast<T**>(c.dArr(3)), c.ds(0), c.roi(), c.arg(rows(mat)));
+    Matrix local;
+    return ip3(reinterpret_cast<T**>(c.dArr(3)), c.ds(0), c.roi(), rowsOf(c, mat, local));
   });
   ip.sharedDstStep = true;
   out.push_back(ip);
@@ -77,8 +89,8 @@ std::vector<Member> members(const MatrixPtr& mat) {
   KT_DEPTH(out, keliColorTwist32f_16s, Kel16s, mat);
   KT_DEPTH(out, keliColorTwist_32f, Kel32f, mat);
   out.push_back(base<Kel32f>("keliColorTwist_32f_C4R", {full(16)}, {full(16)}, [mat](Call& c) {
-    return keliColorTwist_32f_C4R(c.sT<Kel32f>(0), c.ss(0), c.dT<Kel32f>(0), c.ds(0), c.roi(),
-                                  c.arg(reinterpret_cast<const Kel32f(*)[4]>(mat->data())));
+    Matrix local;
+    return keliColorTwist_32f_C4R(c.sT<Kel32f>(0), c.ss(0), c.dT<Kel32f>(0), c.ds(0), c.roi(), rowsOf(c, mat, local));
   }));
   return out;
 }
@@ -145,6 +157,11 @@ TEST(ToneTwist, PathsWithExtremeMatrices) {
     (*m)[0] = extreme, (*m)[6] = extreme, (*m)[11] = extreme, (*m)[13] = extreme;
     mats.push_back(m);
   }
+  // NaNs of different payloads meeting in one sum: every path keeps the same one.
+  auto nans = randomMatrix(11, 2.0f, 200.0f);
+  const uint32_t payloads[] = {0x7FC00000u, 0x7FC12345u, 0xFFC00000u, 0x7F800001u, 0xFFD0F00Du};
+  for (int i : {0, 3, 5, 6, 9, 11, 12, 15}) std::memcpy(&(*nans)[i], &payloads[i % 5], 4);
+  mats.push_back(nans);
   for (const MatrixPtr& m : mats)
     for (const Member& mem : members(m)) {
       SCOPED_TRACE(mem.name);

@@ -82,8 +82,18 @@ inline float sumA(const TwistMat& m, int i, float c0, float c1, float c2) {
 inline float sumB(const TwistMat& m, int i, float c0, float c1, float c2) {
   return ((c0 * m.g[0][i] + c1 * m.g[1][i]) + c2 * m.g[2][i]) + m.g[3][i];
 }
-inline float sum4(const TwistMat& m, int i, float c0, float c1, float c2, float c3) {
-  return ((c0 * m.g[0][i] + c1 * m.g[1][i]) + c2 * m.g[2][i]) + c3 * m.g[3][i];
+
+// Float members store their sums as they stand, NaNs included. Where both
+// operands of an addition are NaN, the processor keeps the first one's
+// payload, and a compiler may swap the operands of an add; so the float
+// members add through this fixed order (the NaN of `a` wins), here and in
+// the vector bodies, and every path stores the same NaN.
+inline float addA(float a, float b) {
+  __asm__("addss %1, %0" : "+x"(a) : "x"(b));
+  return a;
+}
+inline float sumA32f(const TwistMat& m, int i, float c0, float c1, float c2) {
+  return addA(addA(m.g[3][i], c0 * m.g[0][i]), addA(c2 * m.g[2][i], c1 * m.g[1][i]));
 }
 
 // Limits as the vector min/max give them: `upper` returns hi for a NaN, so
@@ -126,7 +136,7 @@ struct Depth<Kel8s> {
 template <>
 struct Depth<Kel32f> {
   static constexpr TwistDepth kId = kTw32f;
-  static float sum(const TwistMat& m, int i, float c0, float c1, float c2) { return sumA(m, i, c0, c1, c2); }
+  static float sum(const TwistMat& m, int i, float c0, float c1, float c2) { return sumA32f(m, i, c0, c1, c2); }
   static Kel32f out(float s) { return s; }
 };
 
@@ -159,6 +169,10 @@ inline int row3(const TwistRow& io, int x, int n) {
     st<T>(P::dst(io.p, 2), P::at(x, 2), o2);
   }
   return x;
+}
+
+inline float sum4(const TwistMat& m, int i, float c0, float c1, float c2, float c3) {
+  return addA(addA(addA(c0 * m.g[0][i], c1 * m.g[1][i]), c2 * m.g[2][i]), c3 * m.g[3][i]);
 }
 
 // The scalar definition of the 4 x 4 row routine (all four samples written).

@@ -27,16 +27,29 @@ struct Mat {
 };
 
 // ---- sums and conversions, lane-wise forms of twist.h -----------------------------
+// The float members' additions in a fixed operand order (twist.h, addA).
+inline f addA(f a, f b) {
+#if KEL_ISA == KEL_ISA_SSE41
+  __asm__("addps %1, %0" : "+x"(a) : "x"(b));
+  return a;
+#else
+  f r;
+  __asm__("vaddps %2, %1, %0" : "=x"(r) : "x"(a), "x"(b));
+  return r;
+#endif
+}
 template <class T>
 inline f sum(const Mat& M, int i, f c0, f c1, f c2) {
   if constexpr (std::is_same<T, Kel8s>::value)
     return F::add(F::add(F::add(F::mul(c0, M.w[0][i]), F::mul(c1, M.w[1][i])), F::mul(c2, M.w[2][i])), M.w[3][i]);
+  else if constexpr (std::is_same<T, Kel32f>::value)
+    return addA(addA(M.w[3][i], F::mul(c0, M.w[0][i])), addA(F::mul(c2, M.w[2][i]), F::mul(c1, M.w[1][i])));
   else
     return F::add(F::add(M.w[3][i], F::mul(c0, M.w[0][i])), F::add(F::mul(c2, M.w[2][i]), F::mul(c1, M.w[1][i])));
 }
 inline f sum4(const Mat& M, int i, const f c[4]) {
-  return F::add(F::add(F::add(F::mul(c[0], M.w[0][i]), F::mul(c[1], M.w[1][i])), F::mul(c[2], M.w[2][i])),
-                F::mul(c[3], M.w[3][i]));
+  return addA(addA(addA(F::mul(c[0], M.w[0][i]), F::mul(c[1], M.w[1][i])), F::mul(c[2], M.w[2][i])),
+              F::mul(c[3], M.w[3][i]));
 }
 // Limits and the conversion to nearest even. The upper limit acts in float
 // (min returns its second operand for a NaN, so NaN and +inf sums end there);
