@@ -442,6 +442,43 @@ KELCC_API KelStatus keliYCCToRGB_32f_AC4R(const Kel32f* src, int srcStep, Kel32f
 
 /* ============================================================ RGB and BGR <-> HLS and HSV */
 /* @section hls-hsv */
+KELCC_API KelStatus keliRGBToHLS_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_16s_C3R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_16s_AC4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHLS_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_16s_C3R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_16s_AC4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToRGB_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHSV_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHSV_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHSV_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliRGBToHSV_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHSVToRGB_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHSVToRGB_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHSVToRGB_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHSVToRGB_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_P3C3R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_AC4P4R(const Kel8u* src, int srcStep, Kel8u* dst[4], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_AP4C4R(const Kel8u* const src[4], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToHLS_8u_AP4R(const Kel8u* const src[4], int srcStep, Kel8u* dst[4], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToBGR_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToBGR_8u_P3C3R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToBGR_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToBGR_8u_AC4P4R(const Kel8u* src, int srcStep, Kel8u* dst[4], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToBGR_8u_AP4C4R(const Kel8u* const src[4], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliHLSToBGR_8u_AP4R(const Kel8u* const src[4], int srcStep, Kel8u* dst[4], int dstStep, KeliSize roi);
 
 /* ============================================================ RGB <-> LUV */
 /* @section luv */
@@ -544,6 +581,38 @@ KELCC_API KelStatus keliColorTwist_32f_C4R(const Kel32f* src, int srcStep, Kel32
 
 /* ============================================================ YCoCg lifting */
 /* @section ycocg */
+/* Interleaved B, G, R (the RGB pair: R, G, B) to planes Y, Co, Cg with one
+   common step, and back. _Rev forms are lifting steps that restore their
+   input exactly. Only pointers are checked: a width or height below 1 does
+   nothing and returns kelStatusOk. Inverse C4 forms write alpha as the
+   fourth sample; forward C4 forms do not read it. */
+KELCC_API KelStatus keliBGRToYCoCg_8u16s_C3P3R(const Kel8u* src, int srcStep, Kel16s* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToYCoCg_8u16s_C4P3R(const Kel8u* src, int srcStep, Kel16s* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToYCoCg_Rev_8u16s_C3P3R(const Kel8u* src, int srcStep, Kel16s* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliBGRToYCoCg_Rev_8u16s_C4P3R(const Kel8u* src, int srcStep, Kel16s* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCoCgToBGR_16s8u_P3C3R(const Kel16s* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCoCgToBGR_16s8u_P3C4R(const Kel16s* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi, Kel8u alpha);
+KELCC_API KelStatus keliYCoCgToBGR_Rev_16s8u_P3C3R(const Kel16s* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCoCgToBGR_Rev_16s8u_P3C4R(const Kel16s* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi, Kel8u alpha);
+KELCC_API KelStatus keliSBGRToYCoCg_16s_C3P3R(const Kel16s* src, int srcStep, Kel16s* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliSBGRToYCoCg_16s_C4P3R(const Kel16s* src, int srcStep, Kel16s* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliSBGRToYCoCg_Rev_16s_C3P3R(const Kel16s* src, int srcStep, Kel16s* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliSBGRToYCoCg_Rev_16s_C4P3R(const Kel16s* src, int srcStep, Kel16s* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCoCgToSBGR_16s_P3C3R(const Kel16s* const src[3], int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCoCgToSBGR_16s_P3C4R(const Kel16s* const src[3], int srcStep, Kel16s* dst, int dstStep, KeliSize roi, Kel16s alpha);
+KELCC_API KelStatus keliYCoCgToSBGR_Rev_16s_P3C3R(const Kel16s* const src[3], int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCoCgToSBGR_Rev_16s_P3C4R(const Kel16s* const src[3], int srcStep, Kel16s* dst, int dstStep, KeliSize roi, Kel16s alpha);
+KELCC_API KelStatus keliSBGRToYCoCg_16s32s_C3P3R(const Kel16s* src, int srcStep, Kel32s* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliSBGRToYCoCg_16s32s_C4P3R(const Kel16s* src, int srcStep, Kel32s* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliSBGRToYCoCg_Rev_16s32s_C3P3R(const Kel16s* src, int srcStep, Kel32s* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliSBGRToYCoCg_Rev_16s32s_C4P3R(const Kel16s* src, int srcStep, Kel32s* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCoCgToSBGR_32s16s_P3C3R(const Kel32s* const src[3], int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCoCgToSBGR_32s16s_P3C4R(const Kel32s* const src[3], int srcStep, Kel16s* dst, int dstStep, KeliSize roi, Kel16s alpha);
+KELCC_API KelStatus keliYCoCgToSBGR_Rev_32s16s_P3C3R(const Kel32s* const src[3], int srcStep, Kel16s* dst, int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCoCgToSBGR_Rev_32s16s_P3C4R(const Kel32s* const src[3], int srcStep, Kel16s* dst, int dstStep, KeliSize roi, Kel16s alpha);
+/* The RGB pair: 8-bit planes, Co and Cg on 128. */
+KELCC_API KelStatus keliRGBToYCoCg_8u_C3P3R(const Kel8u* src, int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi);
+KELCC_API KelStatus keliYCoCgToRGB_8u_P3C3R(const Kel8u* const src[3], int srcStep, Kel8u* dst, int dstStep, KeliSize roi);
 
 #ifdef __cplusplus
 }

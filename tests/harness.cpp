@@ -344,7 +344,8 @@ void checkPaths(const Member& m, int trials, int maxW, int maxH) {
   const auto ps = paths();
   for (int i = 0; i < trials; ++i) {
     const KeliSize roi = randomSize(m, rng, maxW, maxH);
-    const StepMode mode = (rng() & 1) ? StepMode::Padded : StepMode::Negative;
+    // Members that reject steps below 1 would do nothing with negative ones.
+    const StepMode mode = (rng() & 1) || m.checksSteps ? StepMode::Padded : StepMode::Negative;
     const int align = static_cast<int>(rng() % 16) & ~(static_cast<int>(rng() & 1) * 15);
     const uint32_t seed = static_cast<uint32_t>(rng());
     std::vector<std::vector<uint8_t>> ref;

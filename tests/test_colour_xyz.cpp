@@ -3,6 +3,7 @@
 #include <cstring>
 #include <random>
 
+#include "colour_rows.h"
 #include "harness.h"
 
 using namespace kt;
@@ -30,36 +31,6 @@ Member member(const char* name, int ch, Fn<T> f) {
 std::vector<Member> members() {
   return {KT_DEPTHS(RGBToXYZ), KT_DEPTHS(XYZToRGB), KT_DEPTHS(RGBToYCC), KT_DEPTHS(YCCToRGB)};
 }
-
-// One row of a member: converts pixels given as three samples each and
-// checks, for AC4, that the destination's fourth sample stays as it was.
-template <class T>
-struct RowOf {
-  Fn<T> f;
-  int ch;
-  int group;  // body = width with the low bits below `group` cleared; 0: none
-  using Px = std::array<T, 3>;
-
-  std::vector<Px> convert(const std::vector<Px>& px) const {
-    const int w = static_cast<int>(px.size());
-    std::vector<T> s(ch * w), d(ch * w);
-    for (int x = 0; x < w; ++x) {
-      for (int k = 0; k < 3; ++k) s[ch * x + k] = px[x][k];
-      if (ch == 4) s[4 * x + 3] = T(x + 3), d[4 * x + 3] = T(100 + x);
-    }
-    const int bytes = ch * w * int(sizeof(T));
-    EXPECT_EQ(f(s.data(), bytes, d.data(), bytes, {w, 1}), kelStatusOk);
-    std::vector<Px> o(w);
-    for (int x = 0; x < w; ++x) {
-      for (int k = 0; k < 3; ++k) o[x][k] = d[ch * x + k];
-      if (ch == 4) EXPECT_EQ(d[4 * x + 3], T(100 + x)) << "destination alpha kept";
-    }
-    return o;
-  }
-  int body(int w) const { return group ? w & ~(group - 1) : 0; }
-  Px bodyOf(Px p) const { return convert(std::vector<Px>(16, p))[0]; }
-  Px tailOf(Px p) const { return convert({p})[0]; }
-};
 
 using P8 = std::array<Kel8u, 3>;
 

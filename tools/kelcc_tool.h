@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <kelcc.h>
@@ -25,6 +26,14 @@ struct Image {
   int step() const { return 3 * w; }
   KeliSize size() const { return {w, h}; }
 };
+
+// Interleaved 3-sample pixels with the first and third samples exchanged
+// (RGB <-> BGR), for the conversions that take B, G, R.
+inline std::vector<uint8_t> swappedRB(const std::vector<uint8_t>& px) {
+  std::vector<uint8_t> v(px);
+  for (size_t i = 0; i + 2 < v.size(); i += 3) std::swap(v[i], v[i + 2]);
+  return v;
+}
 
 struct DemoStep {
   std::string name;  // also the PNG file name

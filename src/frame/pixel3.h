@@ -17,8 +17,11 @@
 namespace kel {
 
 // Layouts of a three-channel row. P4A is three planes plus an alpha plane
-// that receives the source alpha byte (AC4 -> P4 members).
-enum class Lay : int { C3, AC4, P3, P4A };
+// that receives the source alpha byte (AC4 -> P4 members). C4Ap and P4Ap
+// are outputs of planar-alpha sources (AP4 -> C4, AP4 -> AP4): four
+// interleaved samples or four planes whose fourth takes the source's alpha
+// plane s[3]; on the input side such a source reads as P3.
+enum class Lay : int { C3, AC4, P3, P4A, C4Ap, P4Ap };
 
 // Row pointers of one row: interleaved layouts use element 0.
 struct Row3 {
@@ -70,6 +73,23 @@ struct Px3<Lay::P4A> {
   static void put(const Row3& io, int x, int a, int b, int c) {
     Px3<Lay::P3>::put(io, x, a, b, c);
     io.d[3][x] = io.s[0][4 * x + 3];
+  }
+};
+
+// ---- outputs of planar-alpha sources --------------------------------------
+template <>
+struct Px3<Lay::C4Ap> {
+  static void put(const Row3& io, int x, int a, int b, int c) {
+    uint8_t* p = io.d[0] + 4 * x;
+    p[0] = static_cast<uint8_t>(a), p[1] = static_cast<uint8_t>(b), p[2] = static_cast<uint8_t>(c);
+    p[3] = io.s[3][x];
+  }
+};
+template <>
+struct Px3<Lay::P4Ap> {
+  static void put(const Row3& io, int x, int a, int b, int c) {
+    Px3<Lay::P3>::put(io, x, a, b, c);
+    io.d[3][x] = io.s[3][x];
   }
 };
 

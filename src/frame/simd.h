@@ -454,6 +454,11 @@ inline void store3(const Row3& io, int x, V::v a, V::v b, V::v c) {
     V::v o0, o1, o2, alpha;
     loadC4(io.d[0] + 4 * x, o0, o1, o2, alpha);
     storeC4(io.d[0] + 4 * x, a, b, c, alpha);
+  } else if constexpr (L == Lay::C4Ap) {
+    storeC4(io.d[0] + 4 * x, a, b, c, V::load<16>(io.s[3] + x));
+  } else if constexpr (L == Lay::P4Ap) {
+    V::store<16>(io.d[0] + x, a), V::store<16>(io.d[1] + x, b), V::store<16>(io.d[2] + x, c);
+    V::store<16>(io.d[3] + x, V::load<16>(io.s[3] + x));
   } else {
     V::store<16>(io.d[0] + x, a), V::store<16>(io.d[1] + x, b), V::store<16>(io.d[2] + x, c);
     if constexpr (L == Lay::P4A) {

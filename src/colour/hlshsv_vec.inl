@@ -1,0 +1,400 @@
+// Vector bodies of RGB and BGR <-> HLS and HSV, written once on the float
+// lane words and compiled per instruction set. Each core is the lane-wise
+// form of the scalar definition of the same name in hlshsv.h, operation for
+// operation; sextants and special pixels are chosen by masks with both
+// sides evaluated. 8-bit pixels are widened to four float vectors per
+// channel and narrowed back with saturation.
+#include "colour/colour_vec.h"
+#include "colour/hlshsv.h"
+
+namespace kel {
+namespace KEL_ISA_NS {
+namespace {
+
+using namespace colourv;
+using hlshsv::Cv;
+using hlshsv::HueK;
+using hlshsv::Kind;
+using hlshsv::Rcp;
+
+// ---- masks ------------------------------------------------------------------------
+#if KEL_ISA == KEL_ISA_SSE41
+inline f cmpeq(f a, f b) { return _mm_cmpeq_ps(a, b); }
+inline f cmplt(f a, f b) { return _mm_cmplt_ps(a, b); }
+inline f cmple(f a, f b) { return _mm_cmple_ps(a, b); }
+inline f cmpgt(f a, f b) { return _mm_cmpgt_ps(a, b); }
+inline f sel(f m, f a, f b) { return _mm_blendv_ps(b, a, m); }  // m ? a : b
+inline f zeroIf(f m, f a) { return _mm_andnot_ps(m, a); }       // m ? +0 : a
+inline f or_(f a, f b) { return _mm_or_ps(a, b); }
+inline f div(f a, f b) { return _mm_div_ps(a, b); }
+#else
+inline f cmpeq(f a, f b) { return _mm256_cmp_ps(a, b, _CMP_EQ_OQ); }
+inline f cmplt(f a, f b) { return _mm256_cmp_ps(a, b, _CMP_LT_OS); }
+inline f cmple(f a, f b) { return _mm256_cmp_ps(a, b, _CMP_LE_OS); }
+inline f cmpgt(f a, f b) { return _mm256_cmp_ps(a, b, _CMP_GT_OS); }
+inline f sel(f m, f a, f b) { return _mm256_blendv_ps(b, a, m); }
+inline f zeroIf(f m, f a) { return _mm256_andnot_ps(m, a); }
+inline f or_(f a, f b) { return _mm256_or_ps(a, b); }
+inline f div(f a, f b) { return _mm256_div_ps(a, b); }
+#endif
+inline f k(float x) { return F::set1(x); }
+inline f add(f a, f b) { return F::add(a, b); }
+inline f sub(f a, f b) { return F::sub(a, b); }
+inline f mul(f a, f b) { return F::mul(a, b); }
+
+template <Rcp R_>
+inline f rcpv(f a) {
+  const f r = F::rcp(a);
+  if constexpr (R_ == Rcp::A) return r;
+  else return sub(add(r, r), mul(mul(a, r), r));
+}
+
+// ---- RGB -> HLS, integer depths ------------------------------------------------------
+template <Rcp R_, HueK Hk, bool B8>
+struct HlsFwd {
+  static void vec(f R, f G, f B, f& h, f& lf, f& s) {
+    const float S2 = B8 ? 255.0f : 65535.0f, K = B8 ? 0.7083333f : 182.04167f;
+    const f mx = F::max(F::max(R, G), B), mn = F::min(F::min(R, G), B);
+    const f D = sub(mx, mn), U = add(mn, mx);
+    lf = mul(U, k(0.5f));
+    const f gray = cmpeq(D, F::zero());
+    const f W = sel(cmple(lf, k(S2 * 0.5f)), U, sub(k(2.0f * S2), U));
+    s = zeroIf(gray, mul(mul(D, rcpv<R_>(W)), k(S2)));
+    f hR, hG, hB;
+    if constexpr (Hk == HueK::KFirst) {
+      const f kk = mul(k(60.0f), rcpv<R_>(D));
+      hR = mul(sub(G, B), kk), hG = add(mul(sub(B, R), kk), k(120.0f)), hB = add(mul(sub(R, G), kk), k(240.0f));
+    } else {
+      const f r = rcpv<R_>(D);
+      hR = mul(mul(sub(G, B), k(60.0f)), r);
+      hG = add(mul(mul(sub(B, R), k(60.0f)), r), k(120.0f));
+      hB = add(mul(mul(sub(R, G), k(60.0f)), r), k(240.0f));
+    }
+    f hue = sel(cmpeq(mx, R), hR, sel(cmpeq(mx, G), hG, hB));
+    hue = sel(cmplt(hue, F::zero()), add(hue, k(360.0f)), hue);
+    h = zeroIf(gray, mul(hue, k(K)));
+  }
+};
+
+// 32f, true divisions.
+struct Hls32f {
+  static void vec(f R, f G, f B, f& H, f& L, f& S) {
+    const f mx = F::max(F::max(R, G), B), mn = F::min(F::min(R, G), B);
+    const f D = sub(mx, mn), U = add(mx, mn);
+    const f gray = cmple(D, k(1.1920929e-7f));
+    S = zeroIf(gray, sel(cmple(mul(k(0.5f), U), k(0.5f)), div(D, U), div(D, sub(k(2.0f), U))));
+    const f hR = div(mul(k(60.0f), sub(G, B)), D);
+    const f hG = add(k(120.0f), div(mul(k(60.0f), sub(B, R)), D));
+    const f hB = add(k(240.0f), div(mul(k(60.0f), sub(R, G)), D));
+    f hue = sel(cmpeq(mx, R), hR, sel(cmpeq(mx, G), hG, hB));
+    hue = sel(cmplt(hue, F::zero()), add(hue, k(360.0f)), hue);
+    H = zeroIf(gray, div(hue, k(360.0f)));
+    L = mul(k(0.5f), U);
+  }
+};
+
+// ---- HLS -> RGB -------------------------------------------------------------------
+template <Kind K>
+inline f m2Of(f l, f s) {
+  f lo, hi;
+  if constexpr (K == Kind::A) lo = add(mul(l, s), l), hi = add(sub(s, mul(l, s)), l);
+  else if constexpr (K == Kind::B) lo = mul(l, add(s, k(1.0f))), hi = sub(add(l, s), mul(l, s));
+  else lo = add(l, mul(l, s)), hi = sub(add(l, s), mul(l, s));
+  return sel(cmple(l, k(0.5f)), lo, hi);
+}
+template <Kind K>
+inline f rampOf(f m1, f m2, f x) {
+  if constexpr (K == Kind::A) return add(mul(mul(sub(m2, m1), x), k(0.016666668f)), m1);
+  else if constexpr (K == Kind::B) return add(m1, div(mul(sub(m2, m1), x), k(60.0f)));
+  else return add(mul(mul(x, k(0.016666668f)), sub(m2, m1)), m1);
+}
+template <Kind Km, Kind Kr>
+inline void hlsInv(f h, f l, f s, f& r, f& g, f& b) {
+  const f m2 = m2Of<Km>(l, s), m1 = sub(mul(k(2.0f), l), m2);
+  // The rising and the falling ramp are one expression on the argument x
+  // or 240 - x, chosen first: the same operations on the same values.
+  auto fn = [&](f x) {
+    const f lo = cmplt(x, k(60.0f));
+    const f rp = rampOf<Kr>(m1, m2, sel(lo, x, sub(k(240.0f), x)));
+    return sel(lo, rp, sel(cmplt(x, k(180.0f)), m2, sel(cmplt(x, k(240.0f)), rp, m1)));
+  };
+  f hr = add(h, k(120.0f));
+  hr = sel(cmpgt(hr, k(360.0f)), sub(hr, k(360.0f)), hr);
+  f hb = sub(h, k(120.0f));
+  hb = sel(cmplt(hb, F::zero()), add(hb, k(360.0f)), hb);
+  r = fn(hr), g = fn(h), b = fn(hb);
+}
+// Depth 8 (multiplied scalings), 16 or 32; results times the full scale.
+template <int Depth, Kind Km, Kind Kr>
+struct HlsInv {
+  static void vec(f H, f L, f S, f& r, f& g, f& b) {
+    f h, l, s;
+    if constexpr (Depth == 8) h = mul(H, k(1.4117647f)), l = mul(L, k(0.003921569f)), s = mul(S, k(0.003921569f));
+    else if constexpr (Depth == 16)
+      h = mul(H, k(0.005493248f)), l = mul(L, k(1.5259022e-5f)), s = mul(S, k(1.5259022e-5f));
+    else h = mul(k(hlshsv::f32K(hlshsv::kf360)), H), l = L, s = S;
+    hlsInv<Km, Kr>(h, l, s, r, g, b);
+    if constexpr (Depth != 32) {
+      const f full = k(Depth == 8 ? 255.0f : 65535.0f);
+      r = mul(full, r), g = mul(full, g), b = mul(full, b);
+    }
+  }
+};
+
+// ---- RGB -> HSV -------------------------------------------------------------------
+template <Rcp R_, bool B8>
+struct HsvFwd {  // the body form: sextants B over R over G
+  static void vec(f R, f G, f B, f& h, f& s, f& v) {
+    using hlshsv::hsvK;
+    const f T = k(hsvK(B8 ? hlshsv::kT8 : hlshsv::kT16)), E = k(hsvK(B8 ? hlshsv::kE8 : hlshsv::kE16));
+    const f mx = F::max(F::max(R, G), B), mn = F::min(F::min(R, G), B);
+    const f D = sub(mx, mn);
+    const f gray = or_(cmpeq(mx, F::zero()), cmpeq(D, F::zero()));
+    s = zeroIf(gray, mul(mul(rcpv<R_>(mx), D), T));
+    const f r = rcpv<R_>(D);
+    const f a = mul(sub(mx, R), r), b = mul(sub(mx, G), r), c = mul(sub(mx, B), r);
+    const f tB = add(sub(b, a), k(hsvK(hlshsv::k4))), tR = sub(c, b), tG = add(sub(a, c), k(hsvK(hlshsv::k2)));
+    const f t = sel(cmpeq(mx, B), tB, sel(cmpeq(mx, R), tR, tG));
+    f hh = mul(t, E);
+    hh = sel(cmplt(hh, F::zero()), add(hh, T), hh);
+    h = zeroIf(gray, hh);
+    v = mx;
+  }
+};
+
+// ---- HSV -> RGB -------------------------------------------------------------------
+template <bool B8>
+struct HsvInv {
+  static void vec(f H, f S, f V, f& r, f& g, f& b) {
+    using namespace hlshsv;
+    H = zeroIf(cmpeq(H, k(hsvK(B8 ? kT8 : kT16))), H);
+    const f q = mul(mul(H, k(hsvK(kSixtieth))), k(hsvK(B8 ? kP8 : kP16)));
+    const f fi = F::cvt(F::cvtt(q));
+    const f fr = sub(q, fi);
+    const f vs = mul(V, mul(S, k(hsvK(B8 ? kC8 : kC16))));
+    const f p = sub(V, vs), t1 = mul(fr, vs), qv = sub(V, t1), tv = add(p, t1);
+    const f i1 = cmpeq(fi, k(1.0f)), i2 = cmpeq(fi, k(2.0f)), i3 = cmpeq(fi, k(3.0f));
+    const f i4 = cmpeq(fi, k(4.0f)), i5 = cmpeq(fi, k(5.0f));
+    r = sel(i4, tv, sel(or_(i2, i3), p, sel(i1, qv, V)));
+    g = sel(or_(i4, i5), p, sel(i3, qv, sel(or_(i1, i2), V, tv)));
+    b = sel(i5, qv, sel(or_(i3, i4), V, sel(i2, tv, p)));
+  }
+};
+
+// ---- 8-bit pixels -----------------------------------------------------------------
+// 16 pixels per lane: each channel widened to four float vectors, the core
+// run four times, the results converted (nearest or toward zero) and
+// narrowed with saturation. SwapIn / SwapOut reverse the channel order of
+// the BGR forms.
+template <class Core, bool Near, bool SwapIn = false, bool SwapOut = false>
+struct Bytes {
+  static void vec(v a, v b, v c, v& x, v& y, v& z) {
+    if constexpr (SwapIn) std::swap(a, c);
+    v qa[4], qb[4], qc[4], qx[4], qy[4], qz[4];
+    widen32(a, qa), widen32(b, qb), widen32(c, qc);
+    for (int i = 0; i < 4; ++i) {
+      f o0, o1, o2;
+      Core::vec(F::cvt(qa[i]), F::cvt(qb[i]), F::cvt(qc[i]), o0, o1, o2);
+      qx[i] = Near ? F::cvtn(o0) : F::cvtt(o0);
+      qy[i] = Near ? F::cvtn(o1) : F::cvtt(o1);
+      qz[i] = Near ? F::cvtn(o2) : F::cvtt(o2);
+    }
+    x = narrow32(qx), y = narrow32(qy), z = narrow32(qz);
+    if constexpr (SwapOut) std::swap(x, z);
+  }
+};
+
+// ---- 16-bit outputs (the bodies convert to nearest) --------------------------------
+template <bool Sat>
+struct OutNear {
+  template <class T>
+  static fi prep(f a) {
+    const fi t = F::cvtn(a);
+    const fi u = std::is_same<T, int16_t>::value ? F::sub32(t, F::set32(32768)) : t;
+    return Sat ? u : F::and_(u, F::set32(0xFFFF));
+  }
+  template <class T>
+  static fi pack(fi a, fi b) {
+    if constexpr (!Sat) return F::packus32(a, b);
+    else if constexpr (std::is_same<T, int16_t>::value) return F::packs32(a, b);
+    else return F::packus32(a, b);
+  }
+  template <class T, int Ch>
+  static void put(T* p, f x, f y, f z) {
+    storePx16<T, Ch>(p, prep<T>(x), prep<T>(y), prep<T>(z), [](fi a, fi b) { return pack<T>(a, b); });
+  }
+};
+
+// ---- 8-bit forward and HSV bodies with the choices made on bytes -------------------
+// Maxima, minima, D and the sextant's operands are exact small integers, so
+// they are found 16 pixels at a time on bytes; the float lanes only see the
+// values that enter the float operations of the definitions, which are
+// formed from the same integers.
+#if KEL_ISA == KEL_ISA_SSE41
+inline v maxu8(v a, v b) { return _mm_max_epu8(a, b); }
+inline v minu8(v a, v b) { return _mm_min_epu8(a, b); }
+inline v minu16(v a, v b) { return _mm_min_epu16(a, b); }
+inline v subu8(v a, v b) { return _mm_sub_epi8(a, b); }
+#else
+inline v maxu8(v a, v b) { return _mm256_max_epu8(a, b); }
+inline v minu8(v a, v b) { return _mm256_min_epu8(a, b); }
+inline v minu16(v a, v b) { return _mm256_min_epu16(a, b); }
+inline v subu8(v a, v b) { return _mm256_sub_epi8(a, b); }
+#endif
+// 8 words per lane as two float vectors (words 0-3, 4-7), unsigned or signed.
+inline void floatsU16(v x, f& lo, f& hi) {
+  lo = F::cvt(V::unpacklo16(x, V::zero())), hi = F::cvt(V::unpackhi16(x, V::zero()));
+}
+inline void floatsS16(v x, f& lo, f& hi) {
+  lo = F::cvt(V::srai32<16>(V::unpacklo16(x, x))), hi = F::cvt(V::srai32<16>(V::unpackhi16(x, x)));
+}
+// 16 bytes per lane as four float vectors.
+inline void floats8(v x, f q[4]) {
+  v w[4];
+  widen32(x, w);
+  for (int i = 0; i < 4; ++i) q[i] = F::cvt(w[i]);
+}
+
+// RGB -> HLS: with mR = (mx = R), mG = (mx = G) the hue is (P - Q) times
+// the reciprocal term plus 0, 120 or 240, with (P, Q) = (G, B), (B, R) or
+// (R, G). An added 0 only turns a -0 hue into +0, which converts alike.
+// W = U below the middle, 510 - U above: min(U, 510 - U).
+template <Rcp R_, HueK Hk, bool Near, bool Bgr>
+struct HlsFwd8 {
+  static void vec(v a, v g, v c, v& H, v& L, v& S) {
+    const v r = Bgr ? c : a, b = Bgr ? a : c;
+    const v mx = maxu8(maxu8(r, g), b), mn = minu8(minu8(r, g), b);
+    const v D = subu8(mx, mn), gray = V::cmpeq8(D, V::zero());
+    const v mR = V::cmpeq8(mx, r), mG = V::andnot(mR, V::cmpeq8(mx, g));
+    const v P = V::blend8(V::blend8(r, b, mG), g, mR), Q = V::blend8(V::blend8(g, r, mG), b, mR);
+    const v off = V::blend8(V::blend8(V::set8(240), V::set8(120), mG), V::zero(), mR);
+    v wD[2], wU[2], wW[2], wDf[2], wO[2];
+    widen(D, wD[0], wD[1]), widen(off, wO[0], wO[1]);
+    v mxl, mxh, mnl, mnh, pl, ph, ql, qh;
+    widen(mx, mxl, mxh), widen(mn, mnl, mnh), widen(P, pl, ph), widen(Q, ql, qh);
+    wU[0] = V::add16(mxl, mnl), wU[1] = V::add16(mxh, mnh);
+    for (int i = 0; i < 2; ++i) wW[i] = minu16(wU[i], V::sub16(V::set16(510), wU[i]));
+    wDf[0] = V::sub16(pl, ql), wDf[1] = V::sub16(ph, qh);
+    v qH[4], qL[4], qS[4];
+    for (int j = 0; j < 2; ++j) {
+      f Dq[2], Uq[2], Wq[2], Fq[2], Oq[2];
+      floatsU16(wD[j], Dq[0], Dq[1]), floatsU16(wU[j], Uq[0], Uq[1]), floatsU16(wW[j], Wq[0], Wq[1]);
+      floatsS16(wDf[j], Fq[0], Fq[1]), floatsU16(wO[j], Oq[0], Oq[1]);
+      for (int i = 0; i < 2; ++i) {
+        const f lf = mul(Uq[i], k(0.5f));
+        const f s = mul(mul(Dq[i], rcpv<R_>(Wq[i])), k(255.0f));
+        f hue;
+        if constexpr (Hk == HueK::KFirst) hue = add(mul(Fq[i], mul(k(60.0f), rcpv<R_>(Dq[i]))), Oq[i]);
+        else hue = add(mul(mul(Fq[i], k(60.0f)), rcpv<R_>(Dq[i])), Oq[i]);
+        hue = sel(cmplt(hue, F::zero()), add(hue, k(360.0f)), hue);
+        const f h = mul(hue, k(0.7083333f));
+        qH[2 * j + i] = Near ? F::cvtn(h) : F::cvtt(h);
+        qL[2 * j + i] = Near ? F::cvtn(lf) : F::cvtt(lf);
+        qS[2 * j + i] = Near ? F::cvtn(s) : F::cvtt(s);
+      }
+    }
+    H = V::andnot(gray, narrow32(qH)), L = narrow32(qL), S = V::andnot(gray, narrow32(qS));
+  }
+};
+
+// RGB -> HSV body: sextants B over R over G; t = (x - y) + 0, 2 or 4 with
+// x, y = (mx - X1) r, (mx - X2) r and (X1, X2) = (G, R), (B, G) or (R, B).
+struct HsvFwd8 {
+  static void vec(v r, v g, v b, v& H, v& S, v& Vo) {
+    const v mx = maxu8(maxu8(r, g), b), mn = minu8(minu8(r, g), b);
+    const v D = subu8(mx, mn), gray = V::cmpeq8(D, V::zero());  // mx = 0 implies D = 0
+    const v mB = V::cmpeq8(mx, b), mR = V::andnot(mB, V::cmpeq8(mx, r));
+    const v X1 = V::blend8(V::blend8(r, b, mR), g, mB), X2 = V::blend8(V::blend8(b, g, mR), r, mB);
+    const v off = V::blend8(V::blend8(V::set8(2), V::zero(), mR), V::set8(4), mB);
+    f fm[4], fD[4], f1[4], f2[4], fo[4];
+    floats8(mx, fm), floats8(D, fD), floats8(subu8(mx, X1), f1), floats8(subu8(mx, X2), f2), floats8(off, fo);
+    v qH[4], qS[4];
+    for (int i = 0; i < 4; ++i) {
+      const f s = mul(mul(F::rcp(fm[i]), fD[i]), k(255.0f));
+      const f rD = F::rcp(fD[i]);
+      const f t = add(sub(mul(f1[i], rD), mul(f2[i], rD)), fo[i]);
+      f h = mul(t, k(42.5f));
+      h = sel(cmplt(h, F::zero()), add(h, k(255.0f)), h);
+      qH[i] = F::cvtt(h), qS[i] = F::cvtt(s);
+    }
+    H = V::andnot(gray, narrow32(qH)), S = V::andnot(gray, narrow32(qS)), Vo = mx;
+  }
+};
+
+// HSV -> RGB body: p, qv and tv truncated per pixel, the sextant chosen on
+// bytes (V needs no conversion: it is its own truncation).
+struct HsvInv8 {
+  static void vec(v Hb, v Sb, v Vb, v& R, v& G, v& B) {
+    Hb = V::andnot(V::cmpeq8(Hb, V::set8(255)), Hb);
+    f fh[4], fs[4], fv[4];
+    floats8(Hb, fh), floats8(Sb, fs), floats8(Vb, fv);
+    v qi[4], qp[4], qq[4], qt[4];
+    for (int n = 0; n < 4; ++n) {
+      const f q = mul(mul(fh[n], k(0.016666668f)), k(1.4117647f));
+      qi[n] = F::cvtt(q);
+      const f fr = sub(q, F::cvt(qi[n]));
+      const f vs = mul(fv[n], mul(fs[n], k(0.003921569f)));
+      const f p = sub(fv[n], vs), t1 = mul(fr, vs);
+      qp[n] = F::cvtt(p), qq[n] = F::cvtt(sub(fv[n], t1)), qt[n] = F::cvtt(add(p, t1));
+    }
+    const v i = narrow32(qi), p = narrow32(qp), qv = narrow32(qq), tv = narrow32(qt);
+    const v i1 = V::cmpeq8(i, V::set8(1)), i2 = V::cmpeq8(i, V::set8(2)), i3 = V::cmpeq8(i, V::set8(3));
+    const v i4 = V::cmpeq8(i, V::set8(4)), i5 = V::cmpeq8(i, V::set8(5));
+    R = V::blend8(V::blend8(V::blend8(Vb, qv, i1), p, V::or_(i2, i3)), tv, i4);
+    G = V::blend8(V::blend8(V::blend8(tv, Vb, V::or_(i1, i2)), qv, i3), p, V::or_(i4, i5));
+    B = V::blend8(V::blend8(V::blend8(p, tv, i2), Vb, V::or_(i3, i4)), qv, i5);
+  }
+};
+
+using HlsB8 = HlsFwd8<Rcp::A, HueK::KFirst, true, false>;
+using RgbB8 = Bytes<HlsInv<8, Kind::A, Kind::A>, true>;
+using HsvB8 = HsvFwd8;
+using HsvRgbB8 = HsvInv8;
+using BgrHlsB = HlsFwd8<Rcp::A, HueK::Product, false, true>;
+using HlsBgrB = Bytes<HlsInv<8, Kind::C, Kind::C>, false, false, true>;
+
+template <class T>
+using HlsB16 = HlsFwd<Rcp::N, HueK::KFirst, false>;
+using RgbB16 = HlsInv<16, Kind::A, Kind::A>;
+using RgbB32f = HlsInv<32, Kind::C, Kind::C>;
+
+template <Lay In, Lay Out>
+constexpr Kern3 fwd3 = kern3<In, Out, BgrHlsB>;
+template <Lay In, Lay Out>
+constexpr Kern3 inv3 = kern3<In, Out, HlsBgrB>;
+
+}  // namespace
+
+extern const HlsHsvKernels kHlsHsvKernels = {
+    kern8<3, HlsB8>,
+    kern8<4, HlsB8>,
+    kern8<3, RgbB8>,
+    kern8<4, RgbB8>,
+    kernF<uint16_t, 3, HlsB16<uint16_t>, OutNear<true>>,
+    kernF<uint16_t, 4, HlsB16<uint16_t>, OutNear<true>>,
+    kernF<uint16_t, 3, RgbB16, OutNear<true>>,
+    kernF<uint16_t, 4, RgbB16, OutNear<true>>,
+    kernF<int16_t, 3, HlsB16<int16_t>, OutNear<true>>,
+    kernF<int16_t, 4, HlsB16<int16_t>, OutNear<true>>,
+    kernF<int16_t, 3, RgbB16, OutNear<true>>,
+    kernF<int16_t, 4, RgbB16, OutNear<true>>,
+    kernF<float, 3, Hls32f, OutF>,
+    kernF<float, 4, Hls32f, OutF>,
+    kernF<float, 3, RgbB32f, OutF>,
+    kernF<float, 4, RgbB32f, OutF>,
+    kern8<3, HsvB8>,
+    kern8<4, HsvB8>,
+    kern8<3, HsvRgbB8>,
+    kern8<4, HsvRgbB8>,
+    kernF<uint16_t, 3, HsvFwd<Rcp::N, false>, OutNear<true>>,
+    kernF<uint16_t, 4, HsvFwd<Rcp::N, false>, OutNear<true>>,
+    kernF<uint16_t, 3, HsvInv<false>, OutNear<false>>,
+    kernF<uint16_t, 4, HsvInv<false>, OutNear<false>>,
+    {fwd3<Lay::AC4, Lay::AC4>, fwd3<Lay::C3, Lay::P3>, fwd3<Lay::P3, Lay::P3>, fwd3<Lay::AC4, Lay::P4A>,
+     fwd3<Lay::P3, Lay::C4Ap>, fwd3<Lay::P3, Lay::P4Ap>},
+    {inv3<Lay::P3, Lay::C3>, inv3<Lay::C3, Lay::P3>, inv3<Lay::P3, Lay::P3>, inv3<Lay::AC4, Lay::P4A>,
+     inv3<Lay::P3, Lay::C4Ap>, inv3<Lay::P3, Lay::P4Ap>},
+};
+
+}  // namespace KEL_ISA_NS
+}  // namespace kel
