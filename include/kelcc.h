@@ -605,6 +605,56 @@ KELCC_API KelStatus keliGammaInv_32f_IP3R(Kel32f* srcDst[3], int srcDstStep, Kel
 
 /* ============================================================ Colour twist */
 /* @section twist */
+/* twist: rows for the output channels 0, 1, 2, each (weight of channel 0, 1, 2, additive constant);
+   integer forms compute in single precision under round-to-nearest and leave MXCSR as they found it. */
+KELCC_API KelStatus keliColorTwist32f_8u_C3R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi,
+                                           const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_8u_C3IR(Kel8u* srcDst, int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_8u_AC4R(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi,
+                                            const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_8u_AC4IR(Kel8u* srcDst, int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_8u_P3R(const Kel8u* const src[3], int srcStep, Kel8u* dst[3], int dstStep, KeliSize roi,
+                                           const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_8u_IP3R(Kel8u* srcDst[3], int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_8s_C3R(const Kel8s* src, int srcStep, Kel8s* dst, int dstStep, KeliSize roi,
+                                           const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_8s_C3IR(Kel8s* srcDst, int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_8s_AC4R(const Kel8s* src, int srcStep, Kel8s* dst, int dstStep, KeliSize roi,
+                                            const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_8s_AC4IR(Kel8s* srcDst, int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_8s_P3R(const Kel8s* const src[3], int srcStep, Kel8s* dst[3], int dstStep, KeliSize roi,
+                                           const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_8s_IP3R(Kel8s* srcDst[3], int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_16u_C3R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi,
+                                           const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_16u_C3IR(Kel16u* srcDst, int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_16u_AC4R(const Kel16u* src, int srcStep, Kel16u* dst, int dstStep, KeliSize roi,
+                                            const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_16u_AC4IR(Kel16u* srcDst, int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_16u_P3R(const Kel16u* const src[3], int srcStep, Kel16u* dst[3], int dstStep, KeliSize roi,
+                                           const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_16u_IP3R(Kel16u* srcDst[3], int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_16s_C3R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi,
+                                           const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_16s_C3IR(Kel16s* srcDst, int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_16s_AC4R(const Kel16s* src, int srcStep, Kel16s* dst, int dstStep, KeliSize roi,
+                                            const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_16s_AC4IR(Kel16s* srcDst, int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_16s_P3R(const Kel16s* const src[3], int srcStep, Kel16s* dst[3], int dstStep, KeliSize roi,
+                                           const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist32f_16s_IP3R(Kel16s* srcDst[3], int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist_32f_C3R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi,
+                                        const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist_32f_C3IR(Kel32f* srcDst, int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist_32f_AC4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi,
+                                         const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist_32f_AC4IR(Kel32f* srcDst, int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist_32f_P3R(const Kel32f* const src[3], int srcStep, Kel32f* dst[3], int dstStep, KeliSize roi,
+                                        const Kel32f twist[3][4]);
+KELCC_API KelStatus keliColorTwist_32f_IP3R(Kel32f* srcDst[3], int srcDstStep, KeliSize roi, const Kel32f twist[3][4]);
+/* 4 x 4: rows for the output channels 0..3, each the weights of the input channels 0..3 (no constant). */
+KELCC_API KelStatus keliColorTwist_32f_C4R(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi,
+                                        const Kel32f twist[4][4]);
 
 /* ============================================================ Tone mapping */
 /* @section tonemap */

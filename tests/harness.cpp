@@ -204,8 +204,11 @@ Images makeImages(const Member& m, KeliSize roi, StepMode mode, int align, uint3
   makeSide(im.src, m.src, m.sharedSrcStep, roi, mode, pad, align, seed, m.evenSrcSteps, m.sampleBytes, edge);
   makeSide(im.dst, m.dst, m.sharedDstStep, roi, mode, pad + 3, (align + 7) & 15, seed ^ 0x5bd1e995u, m.evenDstSteps,
            m.sampleBytes, edge);
+  // In-place members read their destination: its region is made finite too.
+  std::vector<Guarded*> floats = im.srcPtrs();
+  for (Guarded* g : im.dstPtrs()) floats.push_back(g);
   if (m.finiteFloats)
-    for (auto& g : im.src) {
+    for (Guarded* g : floats) {
       for (int y = 0; y < g->dim().rows; ++y)
         for (int x = 0; x + 4 <= g->dim().rowBytes; x += 4) {
           uint32_t u;

@@ -175,6 +175,9 @@ class Call {
   int ds(int i) const { return dst_[i]->step(); }
   const int* ssArr(int n, int first = 0);
   const int* dsArr(int n, int first = 0);
+  // Any other pointer argument (a matrix, a table): a null slot of its own.
+  template <class P>
+  P arg(P p) { return slot(p, false); }
 
   // Null injection: slot number `nullSlot` becomes null. Slots are counted
   // in the order the member's lambda asks for them.
