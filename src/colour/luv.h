@@ -16,6 +16,7 @@
 #include <cstring>
 
 #include "colour/colour_common.h"
+#include "frame/rows.h"
 
 namespace kel {
 
@@ -88,13 +89,11 @@ inline float denomOf(float X, float Y, float Z) { return (3.0f * Z + 15.0f * Y) 
 // float boundary: their samples are moved with memcpy.
 template <class T>
 inline T ld(const T* p) {
-  T v;
-  std::memcpy(&v, p, sizeof(T));
-  return v;
+  return loadAt<T>(p);
 }
 template <class T>
 inline void st(T* p, T v) {
-  std::memcpy(p, &v, sizeof(T));
+  storeAt(p, v);
 }
 
 // 16-bit samples on the 0..65535 scale (16s through its offset) and back.

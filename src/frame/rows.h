@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <initializer_list>
 #include <type_traits>
 
@@ -26,6 +27,20 @@ template <class T>
 inline T* byteOffset(T* p, ptrdiff_t bytes) {
   using Byte = typename std::conditional<std::is_const<T>::value, const char, char>::type;
   return reinterpret_cast<T*>(reinterpret_cast<Byte*>(p) + bytes);
+}
+
+// Sample i of a run that starts at byte address p. Steps are bytes, so a
+// 16-bit or float row may start off its sample boundary: samples move by
+// memcpy (plain unaligned moves), never through a typed pointer.
+template <class T>
+inline T loadAt(const void* p, ptrdiff_t i = 0) {
+  T v;
+  std::memcpy(&v, static_cast<const char*>(p) + i * static_cast<ptrdiff_t>(sizeof(T)), sizeof(T));
+  return v;
+}
+template <class T>
+inline void storeAt(void* p, T v, ptrdiff_t i = 0) {
+  std::memcpy(static_cast<char*>(p) + i * static_cast<ptrdiff_t>(sizeof(T)), &v, sizeof(T));
 }
 
 // Rows 0 .. h-1 on the caller's thread.

@@ -17,14 +17,11 @@ using namespace ycocg;
 // Samples through byte pointers (rows may sit off sample boundaries).
 template <class T>
 inline int32_t ld(const uint8_t* p, int i) {
-  T v;
-  __builtin_memcpy(&v, p + i * static_cast<int>(sizeof(T)), sizeof(T));
-  return v;
+  return loadAt<T>(p, i);
 }
 template <class T>
 inline void st(uint8_t* p, int i, int32_t v) {
-  const T t = static_cast<T>(v);
-  __builtin_memcpy(p + i * static_cast<int>(sizeof(T)), &t, sizeof(T));
+  storeAt(p, static_cast<T>(v), i);
 }
 
 // One pixel, pixels (P, Ch samples each) to planes (Q), by Form then Out.

@@ -14,6 +14,7 @@
 #include <type_traits>
 
 #include "frame/arith.h"
+#include "frame/rows.h"
 #include "kelcc.h"
 #include "support/support.h"
 
@@ -45,13 +46,11 @@ inline int32_t cut(float a) {
 // its sample boundary.
 template <class T>
 inline T ld(const T* p) {
-  T v;
-  std::memcpy(&v, p, sizeof v);
-  return v;
+  return loadAt<T>(p);
 }
 template <class T>
 inline void st(T* p, T v) {
-  std::memcpy(p, &v, sizeof v);
+  storeAt(p, v);
 }
 
 struct Scale {

@@ -17,17 +17,15 @@
 #include <cstdint>
 #include <cstring>
 
+#include "frame/rows.h"
+
 namespace kel {
 namespace {
 namespace sum {
 
 // Rows of a float image may start anywhere (their address decides the
 // grouping): samples are read by bytes, never through a float pointer.
-inline float at(const float* s, int i) {
-  float v;
-  std::memcpy(&v, reinterpret_cast<const char*>(s) + 4 * static_cast<ptrdiff_t>(i), 4);
-  return v;
-}
+inline float at(const float* s, int i) { return loadAt<float>(s, i); }
 inline __m128 load1(const float* s) { return _mm_set_ss(at(s, 0)); }
 inline __m128 load2(const float* s) { return _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(s))); }
 

@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "frame/cpu.h"
+#include "frame/rows.h"
 #include "tone/gamma_tables.h"
 
 namespace kel {
@@ -94,13 +95,11 @@ inline float inv32(float s, const Range32& r) {
 // unaligned moves.
 template <class T>
 inline T load(const uint8_t* p) {
-  T v;
-  std::memcpy(&v, p, sizeof(T));
-  return v;
+  return loadAt<T>(p);
 }
 template <class T>
 inline void store(uint8_t* p, T v) {
-  std::memcpy(p, &v, sizeof(T));
+  storeAt(p, v);
 }
 
 }  // namespace gamma

@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "frame/cpu.h"
+#include "frame/rows.h"
 
 namespace kel {
 
@@ -49,11 +50,7 @@ inline uint8_t mean(float x, float f) {
   return static_cast<uint8_t>(v < 0 ? 0 : v);
 }
 
-inline float sampleAt(const uint8_t* s, int x) {
-  float v;
-  std::memcpy(&v, s + 4 * static_cast<ptrdiff_t>(x), 4);
-  return v;
-}
+inline float sampleAt(const uint8_t* s, int x) { return loadAt<float>(s, x); }
 
 }  // namespace tone
 }  // namespace

@@ -19,6 +19,7 @@
 #include <cstring>
 
 #include "frame/cpu.h"
+#include "frame/rows.h"
 #include "frame/pixel3.h"
 #include "kelcc.h"
 
@@ -66,13 +67,11 @@ namespace twist {
 // anywhere: samples are moved with memcpy, which compiles to plain moves.
 template <class T>
 inline T ld(const uint8_t* p, int i) {
-  T v;
-  std::memcpy(&v, p + sizeof(T) * static_cast<size_t>(i), sizeof(T));
-  return v;
+  return loadAt<T>(p, i);
 }
 template <class T>
 inline void st(uint8_t* p, int i, T v) {
-  std::memcpy(p + sizeof(T) * static_cast<size_t>(i), &v, sizeof(T));
+  storeAt(p, v, i);
 }
 
 // ---- the sums -----------------------------------------------------------------
