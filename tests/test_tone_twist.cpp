@@ -53,13 +53,13 @@ void addDepth(std::vector<Member>& out, const std::string& pre, const MatrixPtr&
               FnC<T> ac4, FnI<T> ac4i, FnP<T> p3, FnIP<T> ip3) {
   const int S = sizeof(T);
   for (auto [suffix, ch, f] : {std::tuple{"C3R", 3, c3}, std::tuple{"AC4R", 4, ac4}})
-    out.push_back(base<T>(pre + suffix, {full(ch * S)}, {full(ch * S)}, [f, mat](Call& c) {
+    out.push_back(base<T>(pre + suffix, {full(ch * S)}, {full(ch * S)}, [f = f, mat](Call& c) {
       Matrix local;
       return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), rowsOf(c, mat, local));
     }));
   for (auto [suffix, ch, f] : {std::tuple{"C3IR", 3, c3i}, std::tuple{"AC4IR", 4, ac4i}})
     out.push_back(base<T>(pre + suffix, {}, {full(ch * S)},
-                          [f, mat](Call& c) {
+                          [f = f, mat](Call& c) {
                             Matrix local;
                             return f(c.dT<T>(0), c.ds(0), c.roi(), rowsOf(c, mat, local));
                           }));
