@@ -129,12 +129,12 @@ TEST(DemosaicAhd, ChecksInOrderG) {
   static Kel16u tmp[30 * 32];
   const KeliRect r{0, 0, 5, 5};
   checkOrderG(5, [&](bool ns, bool nd, KeliSize size, int g, uint8_t* d) {
-    return asC(keliDemosaicAHD_8u_C1C3R)(ns ? nullptr : reinterpret_cast<const Kel8u*>(s), r, size, 10, nd ? nullptr : d,
-                                    15, g, reinterpret_cast<Kel8u*>(tmp), 16);
+    return keliDemosaicAHD_8u_C1C3R(ns ? nullptr : reinterpret_cast<const Kel8u*>(s), r, size, 10, nd ? nullptr : d,
+                                    15, gridArg(g), reinterpret_cast<Kel8u*>(tmp), 16);
   });
   checkOrderG(5, [&](bool ns, bool nd, KeliSize size, int g, uint8_t* d) {
-    return asC(keliDemosaicAHD_16u_C1C3R)(ns ? nullptr : s, r, size, 20, nd ? nullptr : reinterpret_cast<Kel16u*>(d), 30,
-                                     g, tmp, 32);
+    return keliDemosaicAHD_16u_C1C3R(ns ? nullptr : s, r, size, 20, nd ? nullptr : reinterpret_cast<Kel16u*>(d), 30,
+                                     gridArg(g), tmp, 32);
   });
   std::vector<Kel8u> d(64, 0x5A);
   const auto* s8 = reinterpret_cast<const Kel8u*>(s);

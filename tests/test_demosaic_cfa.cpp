@@ -57,10 +57,10 @@ TEST(DemosaicCfa, ChecksInOrderG) {
   static const Kel16u s[256] = {};
   const KeliRect r{0, 0, 4, 4};
   checkOrderG(2, [&](bool ns, bool nd, KeliSize size, int g, uint8_t* d) {
-    return asC(keliCFAToRGB_8u_C1C3R)(ns ? nullptr : reinterpret_cast<const Kel8u*>(s), r, size, 8, nd ? nullptr : d, 24, g);
+    return keliCFAToRGB_8u_C1C3R(ns ? nullptr : reinterpret_cast<const Kel8u*>(s), r, size, 8, nd ? nullptr : d, 24, gridArg(g));
   });
   checkOrderG(2, [&](bool ns, bool nd, KeliSize size, int g, uint8_t* d) {
-    return asC(keliCFAToRGB_16u_C1C3R)(ns ? nullptr : s, r, size, 16, nd ? nullptr : reinterpret_cast<Kel16u*>(d), 48, g);
+    return keliCFAToRGB_16u_C1C3R(ns ? nullptr : s, r, size, 16, nd ? nullptr : reinterpret_cast<Kel16u*>(d), 48, gridArg(g));
   });
   std::vector<Kel8u> d(64, 0x5A);
   EXPECT_EQ(keliCFAToRGB_8u_C1C3R(reinterpret_cast<const Kel8u*>(s), {8, 0, 3, 3}, {8, 8}, 8, d.data(), 24,

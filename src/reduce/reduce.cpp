@@ -185,12 +185,11 @@ KelStatus ownDiffuse(const typename Dp::S* src, ptrdiff_t srcSamples, typename D
 // ---- the outer function -----------------------------------------------------------
 template <class Dp, int Chan>
 KelStatus reduceBits(const typename Dp::S* src, int srcStep, typename Dp::D* dst, int dstStep, KeliSize roi,
-                     int noise, KelDitherType ditherType, int levels) {
+                     int noise, uint32_t type, int levels) {
   if (!src || !dst) return kelStatusNullPointer;
   if (roi.width < 1 || roi.height < 1) return kelStatusBadSize;
   if (noise < 0 || noise > 100) return kelStatusBadNoise;
   if (levels < 2 || levels > Dp::kMaxLevels) return kelStatusBadLevels;
-  const uint32_t type = static_cast<uint32_t>(ditherType);
   if (type > 4) return kelStatusOk;  // no method: nothing read, nothing written
   const int lm1 = levels - 1;
   if (type == kelDitherNone) return ownNo<Dp>(src, srcStep, dst, dstStep, roi, lm1, Chan);
@@ -228,10 +227,18 @@ using namespace kel::reduce;
 // (65536 for 16u and 16s); then a ditherType above 4 (as unsigned) returns
 // kelStatusOk with nothing read or written. Steps are not checked.
 
+// The method as the int a C caller passes, any value: read by bytes, never
+// as the enum type (a value outside the enumerators is no valid enum load).
+static inline uint32_t methodOf(const KelDitherType& t) {
+  uint32_t v;
+  std::memcpy(&v, &t, sizeof v);
+  return v;
+}
+
 #define KEL_REDUCE_MEMBER(depth, lay, Dp, code)                                                                  \
   KelStatus keliReduceBits_##depth##_##lay##R(const Dp::S* src, int srcStep, Dp::D* dst, int dstStep, KeliSize roi, \
                                               int noise, KelDitherType ditherType, int levels) {                  \
-    return reduceBits<Dp, code>(src, srcStep, dst, dstStep, roi, noise, ditherType, levels);                      \
+    return reduceBits<Dp, code>(src, srcStep, dst, dstStep, roi, noise, methodOf(ditherType), levels);            \
   }
 #define KEL_REDUCE_PAIR(depth, Dp)         \
   KEL_REDUCE_MEMBER(depth, C1, Dp, 1)      \
