@@ -225,7 +225,7 @@ void checkPaths(const Member& m, int trials = 40, int maxW = 300, int maxH = 5);
 // on every path, for every width up to maxW, tight and with odd steps: a
 // read or write past the plane faults.
 void checkPageEdges(const Member& m, int maxW = 64);
-// The bytes do not depend on the thread count (1 to 4).
+// The bytes do not depend on the thread count (1 to 4, 7, 16 and 64).
 void checkThreads(const Member& m, std::vector<KeliSize> sizes);
 
 // Sets the calling thread's vector path for the life of the object.
