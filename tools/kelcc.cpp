@@ -9,6 +9,9 @@
 //   kelcc formats                         list the raw formats and direct moves
 //   kelcc version                         print the library's version record
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <cctype>
 
 #include <cmath>
 #include <cstdio>
@@ -118,9 +121,46 @@ bool writeFile(const std::string& path, const std::vector<uint8_t>& data) {
   f.write(reinterpret_cast<const char*>(data.data()), static_cast<std::streamsize>(data.size()));
   return static_cast<bool>(f);
 }
-bool writePicture(const std::string& path, const Image& img) {
-  const bool png = path.size() >= 4 && strcasecmp(path.c_str() + path.size() - 4, ".png") == 0;
+bool writePicture(const std::string& path, const Image& img, const std::string& as) {
+  const bool png = as.size() >= 4 && strcasecmp(as.c_str() + as.size() - 4, ".png") == 0;
   return png ? writePng(path, img) : writePpm(path, img);
+}
+
+// An output file appears whole or not at all: it is written under a
+// temporary name beside it and renamed at the end.
+template <class Write>
+bool writeWhole(const std::string& out, Write&& write) {
+  const std::string tmp = out + ".kelcc-tmp-" + std::to_string(getpid());
+  if (!write(tmp) || std::rename(tmp.c_str(), out.c_str()) != 0) {
+    std::remove(tmp.c_str());
+    std::fprintf(stderr, "kelcc: cannot write %s\n", out.c_str());
+    return false;
+  }
+  return true;
+}
+
+// The file name's extension in lower case ("nv12" for "clip_1920x1080.NV12").
+std::string extensionOf(const std::string& path) {
+  const size_t slash = path.find_last_of('/'), dot = path.find_last_of('.');
+  if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) return {};
+  std::string e = path.substr(dot + 1);
+  for (char& c : e) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return e;
+}
+// A size written in the file name, as in "clip_1920x1080.nv12".
+bool sizeFromName(const std::string& path, int& w, int& h) {
+  const size_t slash = path.find_last_of('/');
+  const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+  for (size_t i = 0; i < name.size(); ++i) {
+    if (!std::isdigit(static_cast<unsigned char>(name[i])) || (i > 0 && std::isdigit(static_cast<unsigned char>(name[i - 1]))))
+      continue;
+    int a = 0, b = 0, n = 0;
+    if (std::sscanf(name.c_str() + i, "%dx%d%n", &a, &b, &n) == 2 && a > 0 && b > 0) {
+      w = a, h = b;
+      return true;
+    }
+  }
+  return false;
 }
 
 int convert(int argc, char** argv) {
@@ -149,16 +189,25 @@ int convert(int argc, char** argv) {
   const bool inPic = isPicturePath(in), outPic = isPicturePath(out);
   if (!inPic && from.empty()) from = format;
   if (!outPic && to.empty()) to = format;
+  // A raw side without a named format takes its file's extension.
+  if (!inPic && from.empty()) from = extensionOf(in);
+  if (!outPic && to.empty()) to = extensionOf(out);
+  if (!inPic && (w < 1 || h < 1)) sizeFromName(in, w, h);
 
   Image img;
   std::vector<uint8_t> raw;
   if (inPic) {
-    if (!readImage(in, img)) return std::fprintf(stderr, "kelcc: cannot read picture %s\n", in.c_str()), 1;
+    if (!readImage(in, img))
+      return std::fprintf(stderr, "kelcc: %s: not a PNG or PPM picture that can be read\n", in.c_str()), 1;
     w = img.w, h = img.h;
   } else {
     const RawFormat* f = findFormat(from);
-    if (!f) return std::fprintf(stderr, "kelcc: unknown raw format '%s' (see kelcc formats)\n", from.c_str()), 2;
-    if (w < 1 || h < 1) return std::fprintf(stderr, "kelcc: a raw input needs --size WxH\n"), 2;
+    if (!f)
+      return std::fprintf(stderr, "kelcc: %s: unknown raw format '%s' (give --format; see kelcc formats)\n",
+                          in.c_str(), from.c_str()), 2;
+    if (w < 1 || h < 1)
+      return std::fprintf(stderr, "kelcc: %s: a raw input needs its size (--size WxH, or WxH in the name)\n",
+                          in.c_str()), 2;
     if (!readFile(in, raw) || raw.size() < f->bytes(w, h))
       return std::fprintf(stderr, "kelcc: %s holds fewer than the %zu bytes of a %dx%d %s frame\n", in.c_str(),
                           f->bytes(w, h), w, h, from.c_str()), 1;
@@ -170,22 +219,24 @@ int convert(int argc, char** argv) {
       if (c.from == from && c.to == to) {
         std::vector<uint8_t> dst;
         const KelStatus st = c.convert(raw.data(), w, h, dst);
-        if (st < 0) return std::fprintf(stderr, "kelcc: %s\n", statusName(st)), 1;
-        return writeFile(out, dst) ? 0 : 1;
+        if (st < 0) return std::fprintf(stderr, "kelcc: %s: %s\n", in.c_str(), statusName(st)), 1;
+        return writeWhole(out, [&](const std::string& p) { return writeFile(p, dst); }) ? 0 : 1;
       }
   }
   if (!inPic) {
     const KelStatus st = findFormat(from)->toRgb(raw.data(), w, h, img);
-    if (st < 0) return std::fprintf(stderr, "kelcc: %s -> rgb: %s\n", from.c_str(), statusName(st)), 1;
+    if (st < 0) return std::fprintf(stderr, "kelcc: %s: %s -> rgb: %s\n", in.c_str(), from.c_str(), statusName(st)), 1;
   }
-  if (outPic) return writePicture(out, img) ? 0 : (std::fprintf(stderr, "kelcc: cannot write %s\n", out.c_str()), 1);
+  if (outPic) return writeWhole(out, [&](const std::string& p) { return writePicture(p, img, out); }) ? 0 : 1;
   const RawFormat* f = findFormat(to);
-  if (!f) return std::fprintf(stderr, "kelcc: unknown raw format '%s' (see kelcc formats)\n", to.c_str()), 2;
+  if (!f)
+    return std::fprintf(stderr, "kelcc: %s: unknown raw format '%s' (give --format; see kelcc formats)\n", out.c_str(),
+                        to.c_str()), 2;
   std::vector<uint8_t> dst;
   const KelStatus st = f->fromRgb(img, dst);
-  if (st < 0) return std::fprintf(stderr, "kelcc: rgb -> %s: %s\n", to.c_str(), statusName(st)), 1;
+  if (st < 0) return std::fprintf(stderr, "kelcc: %s: rgb -> %s: %s\n", in.c_str(), to.c_str(), statusName(st)), 1;
   if (st > 0) std::fprintf(stderr, "kelcc: note: %s\n", statusName(st));
-  return writeFile(out, dst) ? 0 : 1;
+  return writeWhole(out, [&](const std::string& p) { return writeFile(p, dst); }) ? 0 : 1;
 }
 
 }  // namespace
