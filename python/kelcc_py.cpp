@@ -503,28 +503,29 @@ py::object pixelOp(const std::vector<Entry>& table, const char* fname, const py:
 
 // ------------------------------------------------------------------ enumerations by name
 
+// The value a keyword names, or a ValueError listing the names.
+template <class E>
+E byName(const char* what, const std::string& s, std::initializer_list<std::pair<const char*, E>> names) {
+  std::string all;
+  for (const auto& [n, v] : names) {
+    if (s == n) return v;
+    all += (all.empty() ? "'" : ", '") + std::string(n) + "'";
+  }
+  throw py::value_error(std::string(what) + " must be one of " + all + ", got '" + s + "'");
+}
+
 KelBayerGrid gridOf(const std::string& g) {
-  if (g == "bggr") return kelBayerBGGR;
-  if (g == "rggb") return kelBayerRGGB;
-  if (g == "gbrg") return kelBayerGBRG;
-  if (g == "grbg") return kelBayerGRBG;
-  throw py::value_error("grid must be one of 'bggr', 'rggb', 'gbrg', 'grbg', got '" + g + "'");
+  return byName<KelBayerGrid>(
+      "grid", g, {{"bggr", kelBayerBGGR}, {"rggb", kelBayerRGGB}, {"gbrg", kelBayerGBRG}, {"grbg", kelBayerGRBG}});
 }
 
 KelDitherType ditherOf(const std::string& d) {
-  if (d == "none") return kelDitherNone;
-  if (d == "fs") return kelDitherFloydSteinberg;
-  if (d == "jjn") return kelDitherJarvisJudiceNinke;
-  if (d == "stucki") return kelDitherStucki;
-  if (d == "bayer") return kelDitherBayer;
-  throw py::value_error("dither must be one of 'none', 'fs', 'jjn', 'stucki', 'bayer', got '" + d + "'");
+  return byName<KelDitherType>("dither", d,
+                               {{"none", kelDitherNone}, {"fs", kelDitherFloydSteinberg},
+                                {"jjn", kelDitherJarvisJudiceNinke}, {"stucki", kelDitherStucki}, {"bayer", kelDitherBayer}});
 }
 
-bool bgrOrder(const std::string& order) {
-  if (order == "rgb") return false;
-  if (order == "bgr") return true;
-  throw py::value_error("order must be 'rgb' or 'bgr', got '" + order + "'");
-}
+bool bgrOrder(const std::string& order) { return byName<bool>("order", order, {{"rgb", false}, {"bgr", true}}); }
 
 std::vector<Kel32f> floatMatrix(const py::object& m, int rows, int cols, const char* what) {
   py::array_t<Kel32f, py::array::c_style | py::array::forcecast> a;
@@ -871,27 +872,21 @@ PYBIND11_MODULE(kelcc, m) {
       "img"_a, py::kw_only(), "coeffs"_a = py::none(), "out"_a = py::none(),
       "RGB (3 or 4 channels) to one (H, W) plane of the same dtype; coeffs: weights of channels 0, 1, 2.");
 
-  const auto gamma = [](const std::vector<Entry>& table, const char* fname, const py::object& img, float vmin,
-                        float vmax, const py::object& out) {
-    Extra e;
-    e.vmin = vmin;
-    e.vmax = vmax;
-    return pixelOp(table, fname, img, out, e);
-  };
-  m.def(
-      "gamma_fwd",
-      [gamma](const py::object& img, float vmin, float vmax, const py::object& out) {
-        return gamma(kGammaFwd, "gamma_fwd", img, vmin, vmax, out);
-      },
-      "img"_a, py::kw_only(), "vmin"_a = 0.f, "vmax"_a = 1.f, "out"_a = py::none(),
-      "The forward gamma curve (uint8, uint16, float32; 3 or 4 channels). vmin/vmax: the float32 range.");
-  m.def(
-      "gamma_inv",
-      [gamma](const py::object& img, float vmin, float vmax, const py::object& out) {
-        return gamma(kGammaInv, "gamma_inv", img, vmin, vmax, out);
-      },
-      "img"_a, py::kw_only(), "vmin"_a = 0.f, "vmax"_a = 1.f, "out"_a = py::none(),
-      "The inverse gamma curve (uint8, uint16, float32; 3 or 4 channels). vmin/vmax: the float32 range.");
+#define GAMMA(pyname, table, doc)                                                             \
+  m.def(                                                                                    \
+      pyname,                                                                               \
+      [](const py::object& img, float vmin, float vmax, const py::object& out) {            \
+        Extra e;                                                                            \
+        e.vmin = vmin;                                                                      \
+        e.vmax = vmax;                                                                      \
+        return pixelOp(table, pyname, img, out, e);                                         \
+      },                                                                                    \
+      "img"_a, py::kw_only(), "vmin"_a = 0.f, "vmax"_a = 1.f, "out"_a = py::none(), doc)
+  GAMMA("gamma_fwd", kGammaFwd,
+        "The forward gamma curve (uint8, uint16, float32; 3 or 4 channels). vmin/vmax: the float32 range.");
+  GAMMA("gamma_inv", kGammaInv,
+        "The inverse gamma curve (uint8, uint16, float32; 3 or 4 channels). vmin/vmax: the float32 range.");
+#undef GAMMA
 
   m.def(
       "color_twist",
