@@ -27,6 +27,7 @@
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace py = pybind11;
@@ -77,7 +78,7 @@ void report(KelStatus st, const char* function) {
     throw py::error_already_set();
   }
   std::string msg = std::string(function) + ": " + name + " (" + std::to_string(st) + ")";
-  if (PyErr_WarnEx(gKelWarning, msg.c_str(), 2) < 0) throw py::error_already_set();
+  if (PyErr_WarnEx(gKelWarning, msg.c_str(), 1) < 0) throw py::error_already_set();
 }
 
 // Runs one library call without the GIL, then reports its status.
@@ -479,6 +480,12 @@ const Entry& pick(const std::vector<Entry>& table, const char* fname, const py::
                         supported(table) + ")");
 }
 
+bool mayShare(const py::array& a, const py::array& b) {
+  return py::module_::import("numpy").attr("may_share_memory")(a, b).cast<bool>();
+}
+
+py::array copyOf(const py::array& a) { return py::module_::import("numpy").attr("array")(a, "copy"_a = true, "order"_a = "C"); }
+
 bool positiveStepsOnly(const char* cname) {
   for (const char* prefix : {"keliGamma", "keliColorTwist"})
     if (std::strncmp(cname, prefix, std::strlen(prefix)) == 0) return true;
@@ -491,11 +498,14 @@ py::object pixelOp(const std::vector<Entry>& table, const char* fname, const py:
   const Entry& e = pick(table, fname, a, outDt);
   Image in = inputImage(a, fname, e.in);
   Image o = outputImage(out, "out", in.h, in.w, e.outC, e.out);
+  // A destination over the source's memory: the source is read from a copy,
+  // since a member may read samples its row has already written.
+  if (!out.is_none() && mayShare(in.arr, o.arr)) in = makeImage(copyOf(in.arr), e.in);
   // Some members take positive steps only: a bottom-up input is read from a
   // copy, a bottom-up destination is refused.
   if (positiveStepsOnly(e.cname) && in.h > 1) {
     if (o.step <= 0) throw py::value_error(std::string(fname) + ": out needs a positive row stride");
-    if (in.step <= 0) in = makeImage(py::array::ensure(in.arr, py::array::c_style | py::array::forcecast), e.in);
+    if (in.step <= 0) in = makeImage(copyOf(in.arr), e.in);
   }
   run(e.cname, [&] { return e.fn(in.data, in.step, o.data, o.step, roiOf(in), extra); });
   return o.arr;
@@ -730,7 +740,12 @@ void ycocgInvCall(const char* name, Inv3<S, D> f3, Inv4<S, D, A> f4, const Plane
   if (alpha.is_none()) {
     run(name, [&] { return f3(s, pl.step, d, o.step, roi); });
   } else {
-    const A al = static_cast<A>(alpha.cast<long long>());
+    const long long v = alpha.cast<long long>();
+    const long long lo = std::is_signed_v<A> ? -32768 : 0, hi = std::is_signed_v<A> ? 32767 : 255;
+    if (v < lo || v > hi)
+      throw py::value_error("alpha must be in " + std::to_string(lo) + ".." + std::to_string(hi) + ", got " +
+                            std::to_string(v));
+    const A al = static_cast<A>(v);
     run(name, [&] { return f4(s, pl.step, d, o.step, roi, al); });
   }
 }
