@@ -184,6 +184,8 @@ bool passable(const py::array& a) {
   if (a.shape(1) > 1 && a.strides(1) != item * c) return false;
   const py::ssize_t rs = a.strides(0);
   if (rs > INT_MAX || rs < INT_MIN) return false;
+  // Rows apart by at least their length (no broadcast or overlapping rows).
+  if (a.shape(0) > 1 && (rs < 0 ? -rs : rs) < a.shape(1) * c * item) return false;
   return a.shape(0) <= INT_MAX && a.shape(1) <= INT_MAX && a.shape(1) * c * item <= INT_MAX;
 }
 
@@ -237,7 +239,8 @@ Image outputImage(const py::object& out, const char* what, int h, int w, int c, 
   if (!a.writeable()) throw py::value_error(std::string(what) + ": the array is read-only");
   if (!passable(a))
     throw py::value_error(std::string(what) +
-                          ": samples and pixels must be contiguous (row stride may be anything that fits an int)");
+                          ": samples and pixels must be contiguous, rows at least a row apart (any sign) "
+                          "and the row stride must fit an int");
   return makeImage(std::move(a), dt);
 }
 
@@ -301,6 +304,7 @@ Planes sharedStepPlanes(const std::vector<Image>& ims, bool isOutput, const char
 }
 
 Image inputPlane(const py::object& o, const char* what, Dt dt) {
+  requireDt(asArray(o, what), what, {dt});
   Image im = inputImage(o, what, dt);
   requireChannels(im, what, {1});
   if (im.arr.ndim() != 2) throw py::value_error(std::string(what) + ": a plane must be an (H, W) array");
@@ -575,7 +579,6 @@ py::object ycbcr420ToRgb(const py::object& y, const py::object& cb, const py::ob
                          const py::object& out) {
   const bool bgr = bgrOrder(order);
   Image py_ = inputPlane(y, "y", Dt::u8), pcb = inputPlane(cb, "cb", Dt::u8), pcr = inputPlane(cr, "cr", Dt::u8);
-  for (auto* p : {&py_, &pcb, &pcr}) requireDt(p->arr, "ycbcr420_to_rgb", {Dt::u8});
   requireHalf(pcb, "cb", py_.h, py_.w);
   requireHalf(pcr, "cr", py_.h, py_.w);
   Image o = outputImage(out, "out", py_.h, py_.w, 3, Dt::u8);
@@ -607,7 +610,6 @@ Image chromaPairs(const py::object& uv, int h, int w) {
 
 py::object nv12ToI420(const py::object& y, const py::object& uv, const py::object& out) {
   Image py_ = inputPlane(y, "y", Dt::u8);
-  requireDt(py_.arr, "y", {Dt::u8});
   Image puv = chromaPairs(uv, py_.h, py_.w);
   auto o = outputPlanes(out, "out", {{py_.h, py_.w, 1}, {puv.h, puv.w, 1}, {puv.h, puv.w, 1}}, Dt::u8);
   Kel8u* dst[3] = {static_cast<Kel8u*>(o[0].data), static_cast<Kel8u*>(o[1].data), static_cast<Kel8u*>(o[2].data)};
@@ -621,7 +623,6 @@ py::object nv12ToI420(const py::object& y, const py::object& uv, const py::objec
 
 py::object i420ToNv12(const py::object& y, const py::object& u, const py::object& v, const py::object& out) {
   Image py_ = inputPlane(y, "y", Dt::u8), pu = inputPlane(u, "u", Dt::u8), pv = inputPlane(v, "v", Dt::u8);
-  for (auto* p : {&py_, &pu, &pv}) requireDt(p->arr, "i420_to_nv12", {Dt::u8});
   requireHalf(pu, "u", py_.h, py_.w);
   requireShape(pv, "v", pu.h, pu.w);
   auto o = outputPlanes(out, "out", {{py_.h, py_.w, 1}, {pu.h, pu.w, 2}}, Dt::u8);
@@ -757,11 +758,7 @@ py::object yCoCgToBgr(const py::object& y, const py::object& co, const py::objec
   const Dt dt = requireDt(ay, "y", {Dt::s16, Dt::s32});
   std::vector<Image> ins = {inputPlane(y, "y", dt), inputPlane(co, "co", dt), inputPlane(cg, "cg", dt)};
   const char* names[3] = {"y", "co", "cg"};
-  for (int i = 0; i < 3; ++i) {
-    auto d = dtOf(ins[i].arr.dtype());
-    if (!d || *d != dt) throw py::type_error(std::string(names[i]) + ": dtype must match y (" + dtName(dt) + ")");
-    requireShape(ins[i], names[i], ins[0].h, ins[0].w);
-  }
+  for (int i = 0; i < 3; ++i) requireShape(ins[i], names[i], ins[0].h, ins[0].w);
   const Dt od = dtArg(outDtype).value_or(dt == Dt::s16 ? Dt::u8 : Dt::s16);
   if (!((dt == Dt::s16 && (od == Dt::u8 || od == Dt::s16)) || (dt == Dt::s32 && od == Dt::s16)))
     throw py::type_error(std::string(fname) + ": out_dtype " + dtName(od) + " is not available for " + dtName(dt) +

@@ -68,6 +68,8 @@ def test_layouts_match_contiguous(name, dtype, c, kw):
     big = np.zeros((img.shape[0] + 4, img.shape[1] * 2) + img.shape[2:], img.dtype)
     big[2:-2, ::2] = img
     np.testing.assert_array_equal(fn(big[2:-2, ::2], **kw), ref)
+    # one row broadcast down the image (row stride 0) is read from a copy
+    np.testing.assert_array_equal(fn(np.broadcast_to(img[:1], img.shape), **kw), fn(img[:1].repeat(29, 0), **kw))
     # into a caller's padded destination
     out = padded(np.zeros_like(ref), 7)
     assert fn(img, out=out, **kw) is out
@@ -114,6 +116,7 @@ def test_zero_copy_out_views():
     (lambda: kelcc.ycbcr420_to_rgb(*[np.zeros((8, 8), np.uint8)] * 3), ValueError, "half"),
     (lambda: kelcc.ycocg_to_bgr(*[np.zeros((4, 4), np.int16)] * 3, out_dtype=np.float32), TypeError, "out_dtype"),
     (lambda: kelcc.ycocg_to_bgr(*[np.zeros((4, 4), np.int16)] * 3, alpha=256), ValueError, "alpha"),
+    (lambda: kelcc.ycocg_to_bgr(*[np.zeros((4, 4), np.int16)] * 2, np.zeros((4, 4), np.int32)), TypeError, "cg"),
     (lambda: kelcc.bgr_to_ycocg(np.zeros((4, 4, 3), np.uint8), out=(np.zeros((4, 4), np.int16),) * 2),
      ValueError, "3 arrays"),
 ])
