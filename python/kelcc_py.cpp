@@ -837,6 +837,7 @@ PYBIND11_MODULE(kelcc, m) {
                         "version"_a = v->Version, "build_date"_a = v->BuildDate);
       },
       "The library's version record as a dict.");
+  m.attr("__version__") = kelccGetLibVersion()->Version;
   m.def("set_num_threads", &kelSetNumThreads, "n"_a, "Team size of the threaded members.");
   m.def("get_num_threads", &kelGetNumThreads, "Team size of the threaded members.");
 

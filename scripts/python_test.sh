@@ -17,4 +17,4 @@ else
   cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DKELCC_BUILD_PYTHON=ON -DKELCC_PYTHON=/usr/bin/python3 >/dev/null
 fi
 cmake --build "$build" -j"$(nproc)" --target kelcc_python
-PYTHONPATH="$PWD/$build/python${PYTHONPATH:+:$PYTHONPATH}" /usr/bin/python3 -m pytest python/tests -q -rs
+PYTHONPATH="$(cd "$build" && pwd)/python${PYTHONPATH:+:$PYTHONPATH}" /usr/bin/python3 -m pytest python/tests -q -rs
