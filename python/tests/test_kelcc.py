@@ -2,6 +2,8 @@
 non-contiguous), argument checks, statuses, threads and a photograph."""
 import concurrent.futures
 import os
+import threading
+import time
 import warnings
 
 import numpy as np
@@ -236,3 +238,26 @@ def test_photograph():
     with warnings.catch_warnings():
         warnings.simplefilter("error")
         np.testing.assert_array_equal(kelcc.ycocg_to_bgr(*kelcc.bgr_to_ycocg(rgb)), rgb)
+
+
+def test_gil_released_during_calls():
+    """Python code on the main thread runs while another thread is inside a call."""
+    raw = image(np.uint8, 1, 2048, 2048)
+    span = []
+
+    def work():
+        for _ in range(4):
+            t0 = time.perf_counter()
+            kelcc.demosaic_ahd(raw)
+            span.append((t0, time.perf_counter()))
+
+    stamps = []
+    worker = threading.Thread(target=work)
+    worker.start()
+    while worker.is_alive():
+        stamps.append(time.perf_counter())
+    worker.join()
+    # Stamps in the middle half of a call: the main thread ran Python code
+    # meanwhile, which it can only do if the call let go of the GIL.
+    inside = sum(1 for t0, t1 in span for s in stamps if t0 + (t1 - t0) / 4 < s < t1 - (t1 - t0) / 4)
+    assert inside > 100
