@@ -23,6 +23,7 @@
 #include <kelcore.h>
 
 #include <climits>
+#include <cstddef>
 #include <cstring>
 #include <initializer_list>
 #include <optional>
@@ -353,6 +354,7 @@ struct Extra {
 };
 
 using Thunk = KelStatus (*)(const void*, int, void*, int, KeliSize, const Extra&);
+using InPlace = KelStatus (*)(void*, int, KeliSize, const Extra&);
 
 struct Entry {
   Dt in;
@@ -361,7 +363,15 @@ struct Entry {
   int outC;
   Thunk fn;
   const char* cname;
+  InPlace ip = nullptr;  // the member's in-place form, where it has one
+  const char* ipname = nullptr;
 };
+
+Entry withInPlace(Entry e, InPlace ip, const char* ipname) {
+  e.ip = ip;
+  e.ipname = ipname;
+  return e;
+}
 
 template <class S, class D, KelStatus (*F)(const S*, int, D*, int, KeliSize)>
 KelStatus plain(const void* s, int ss, void* d, int ds, KeliSize r, const Extra&) {
@@ -384,6 +394,19 @@ KelStatus reduced(const void* s, int ss, void* d, int ds, KeliSize r, const Extr
   return F(static_cast<const S*>(s), ss, static_cast<D*>(d), ds, r, e.noise, e.dither, e.levels);
 }
 
+template <class T, KelStatus (*F)(T*, int, KeliSize)>
+KelStatus plainIP(void* p, int ps, KeliSize r, const Extra&) {
+  return F(static_cast<T*>(p), ps, r);
+}
+template <class T, KelStatus (*F)(T*, int, KeliSize, Kel32f, Kel32f)>
+KelStatus rangedIP(void* p, int ps, KeliSize r, const Extra& e) {
+  return F(static_cast<T*>(p), ps, r, e.vmin, e.vmax);
+}
+template <class T, KelStatus (*F)(T*, int, KeliSize, const Kel32f (*)[4])>
+KelStatus twistedIP(void* p, int ps, KeliSize r, const Extra& e) {
+  return F(static_cast<T*>(p), ps, r, reinterpret_cast<const Kel32f(*)[4]>(e.twist));
+}
+
 using T_u8 = Kel8u;
 using T_s8 = Kel8s;
 using T_u16 = Kel16u;
@@ -394,6 +417,10 @@ using T_f32 = Kel32f;
 #define RANGED(T, c, f) Entry{Dt::T, c, Dt::T, c, &ranged<T_##T, f>, #f}
 #define TWIST(T, c, f) Entry{Dt::T, c, Dt::T, c, &twisted<T_##T, f>, #f}
 #define GRAY(T, c, f) Entry{Dt::T, c, Dt::T, 1, &weighted<T_##T, f>, #f}
+// A member and its in-place form, from the name without the final R / IR.
+#define PLAIN_IP(T, c, stem) withInPlace(PLAIN(T, T, c, c, stem##R), &plainIP<T_##T, stem##IR>, #stem "IR")
+#define RANGED_IP(T, c, stem) withInPlace(RANGED(T, c, stem##R), &rangedIP<T_##T, stem##IR>, #stem "IR")
+#define TWIST_IP(T, c, stem) withInPlace(TWIST(T, c, stem##R), &twistedIP<T_##T, stem##IR>, #stem "IR")
 #define REDUCE(S, D, c, f) Entry{Dt::S, c, Dt::D, c, &reduced<T_##S, T_##D, f>, #f}
 
 // The same-type colour-model pairs: C3 and AC4 at one depth, or at the four
@@ -426,16 +453,18 @@ const std::vector<Entry> kColorGray = {
     GRAY(u16, 3, keliColorToGray_16u_C3C1R), GRAY(u16, 4, keliColorToGray_16u_AC4C1R),
     GRAY(s16, 3, keliColorToGray_16s_C3C1R), GRAY(s16, 4, keliColorToGray_16s_AC4C1R),
     GRAY(f32, 3, keliColorToGray_32f_C3C1R), GRAY(f32, 4, keliColorToGray_32f_AC4C1R)};
-const std::vector<Entry> kGammaFwd = {M2(u8, 8u, GammaFwd), M2(u16, 16u, GammaFwd),
-                                      RANGED(f32, 3, keliGammaFwd_32f_C3R), RANGED(f32, 4, keliGammaFwd_32f_AC4R)};
-const std::vector<Entry> kGammaInv = {M2(u8, 8u, GammaInv), M2(u16, 16u, GammaInv),
-                                      RANGED(f32, 3, keliGammaInv_32f_C3R), RANGED(f32, 4, keliGammaInv_32f_AC4R)};
+#define GAMMA_IP(name)                                                                           \
+  PLAIN_IP(u8, 3, keli##name##_8u_C3), PLAIN_IP(u8, 4, keli##name##_8u_AC4),                     \
+      PLAIN_IP(u16, 3, keli##name##_16u_C3), PLAIN_IP(u16, 4, keli##name##_16u_AC4),             \
+      RANGED_IP(f32, 3, keli##name##_32f_C3), RANGED_IP(f32, 4, keli##name##_32f_AC4)
+const std::vector<Entry> kGammaFwd = {GAMMA_IP(GammaFwd)};
+const std::vector<Entry> kGammaInv = {GAMMA_IP(GammaInv)};
 const std::vector<Entry> kTwist = {
-    TWIST(u8, 3, keliColorTwist32f_8u_C3R),   TWIST(u8, 4, keliColorTwist32f_8u_AC4R),
-    TWIST(s8, 3, keliColorTwist32f_8s_C3R),   TWIST(s8, 4, keliColorTwist32f_8s_AC4R),
-    TWIST(u16, 3, keliColorTwist32f_16u_C3R), TWIST(u16, 4, keliColorTwist32f_16u_AC4R),
-    TWIST(s16, 3, keliColorTwist32f_16s_C3R), TWIST(s16, 4, keliColorTwist32f_16s_AC4R),
-    TWIST(f32, 3, keliColorTwist_32f_C3R),    TWIST(f32, 4, keliColorTwist_32f_AC4R)};
+    TWIST_IP(u8, 3, keliColorTwist32f_8u_C3),   TWIST_IP(u8, 4, keliColorTwist32f_8u_AC4),
+    TWIST_IP(s8, 3, keliColorTwist32f_8s_C3),   TWIST_IP(s8, 4, keliColorTwist32f_8s_AC4),
+    TWIST_IP(u16, 3, keliColorTwist32f_16u_C3), TWIST_IP(u16, 4, keliColorTwist32f_16u_AC4),
+    TWIST_IP(s16, 3, keliColorTwist32f_16s_C3), TWIST_IP(s16, 4, keliColorTwist32f_16s_AC4),
+    TWIST_IP(f32, 3, keliColorTwist_32f_C3),    TWIST_IP(f32, 4, keliColorTwist_32f_AC4)};
 const std::vector<Entry> kTwist4 = {TWIST(f32, 4, keliColorTwist_32f_C4R)};
 const std::vector<Entry> kToneLinear = {PLAIN(f32, u8, 1, 1, keliToneMapLinear_32f8u_C1R)};
 const std::vector<Entry> kToneMean = {PLAIN(f32, u8, 1, 1, keliToneMapMean_32f8u_C1R)};
@@ -502,6 +531,19 @@ py::object pixelOp(const std::vector<Entry>& table, const char* fname, const py:
   const Entry& e = pick(table, fname, a, outDt);
   Image in = inputImage(a, fname, e.in);
   Image o = outputImage(out, "out", in.h, in.w, e.outC, e.out);
+  // out=img on a member with an in-place form: that form, with no copy. Its
+  // rows are independent, so a bottom-up image is walked top-down instead
+  // (these members take positive steps only).
+  if (e.ip && !out.is_none() && o.data == in.data && o.step == in.step) {
+    char* p = static_cast<char*>(o.data);
+    int step = o.step;
+    if (step < 0 && o.h > 1) {
+      p += static_cast<std::ptrdiff_t>(step) * (o.h - 1);
+      step = -step;
+    }
+    run(e.ipname, [&] { return e.ip(p, step, roiOf(o), extra); });
+    return o.arr;
+  }
   // A destination over the source's memory: the source is read from a copy,
   // since a member may read samples its row has already written.
   if (!out.is_none() && mayShare(in.arr, o.arr)) in = makeImage(copyOf(in.arr), e.in);

@@ -79,6 +79,7 @@ def test_layouts_match_contiguous(name, dtype, c, kw):
 
 
 @pytest.mark.parametrize("name,dtype,kw", [("gamma_fwd", np.uint8, {}), ("rgb_to_hls", np.float32, {}),
+                                           ("gamma_inv", np.float32, {"vmax": 2.0}),
                                            ("color_twist", np.uint16, {"matrix": np.ones((3, 4)) / 3})])
 def test_in_place(name, dtype, kw):
     fn = getattr(kelcc, name)
@@ -86,6 +87,18 @@ def test_in_place(name, dtype, kw):
     ref = fn(img, **kw)
     assert fn(img, out=img, **kw) is img
     np.testing.assert_array_equal(img, ref)
+    # in place on a bottom-up view
+    img = image(dtype, 3)
+    view = img[::-1]
+    fn(view, out=view, **kw)
+    np.testing.assert_array_equal(img, ref)
+
+
+def test_in_place_uses_the_in_place_member():
+    img = np.zeros((4, 4, 3), np.float32)
+    with pytest.raises(kelcc.KelError) as info:
+        kelcc.gamma_fwd(img, vmin=1, vmax=0, out=img)
+    assert info.value.function == "keliGammaFwd_32f_C3IR"
 
 
 def test_zero_copy_out_views():
