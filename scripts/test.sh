@@ -10,11 +10,13 @@
 #     -timeout=10 fuzz-work tests/fuzz_corpus
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/deps.sh bench sanitizers
+scripts/deps.sh bench sanitizers python
 jobs=$(nproc)
 cmake -S . -B build -DCMAKE_BUILD_TYPE=Release -DKELCC_BUILD_BENCH=ON >/dev/null
 cmake --build build -j"$jobs"
 ctest --test-dir build -j"$jobs" --output-on-failure
+# The Python module on the same tree, under the system interpreter.
+scripts/python_test.sh
 
 # AddressSanitizer and UBSan, built with clang so that the same build also
 # gives the libFuzzer target; its short run from the kept corpus is a test.
