@@ -64,13 +64,13 @@ inline int32_t roundF(float x) { return _mm_cvt_ss2si(_mm_set_ss(x)); }
 // such operations through these words: one instruction each, operands in the
 // order written, as the vector lanes do them. (Divisions are never swapped.)
 #if defined(__AVX__)
-#define KEL_COLOUR_OP3(op, a, b)                                     \
-  float r;                                                           \
-  __asm__("v" op "ss %2, %1, %0" : "=x"(r) : "x"(a), "x"(b));       \
+#define KEL_COLOUR_OP3(op, a, b)                              \
+  float r;                                                    \
+  __asm__("v" op "ss %2, %1, %0" : "=x"(r) : "x"(a), "x"(b)); \
   return r
 #else
-#define KEL_COLOUR_OP3(op, a, b)                     \
-  __asm__(op "ss %1, %0" : "+x"(a) : "x"(b));       \
+#define KEL_COLOUR_OP3(op, a, b)               \
+  __asm__(op "ss %1, %0" : "+x"(a) : "x"(b)); \
   return a
 #endif
 inline float addF(float a, float b) { KEL_COLOUR_OP3("add", a, b); }

@@ -111,6 +111,25 @@ int kernF(const T* s, T* d, int x, int n) {
 // change an IEEE product; only the order of the sums matters).
 inline f mulk(f a, float k) { return F::mul(F::set1(k), a); }
 
+// Sums, differences and products in the written operand order: a lane whose
+// operands are both NaN keeps the first one's payload, as with the scalar
+// colour::addF and the like (a compiler may swap the operands of F::add and
+// F::mul, or turn a - k * b into a + (-k) * b).
+#if KEL_ISA == KEL_ISA_SSE41
+#define KEL_COLOURV_OP(op, a, b)               \
+  __asm__(op "ps %1, %0" : "+x"(a) : "x"(b)); \
+  return a
+#else
+#define KEL_COLOURV_OP(op, a, b)                              \
+  f r;                                                        \
+  __asm__("v" op "ps %2, %1, %0" : "=x"(r) : "x"(a), "x"(b)); \
+  return r
+#endif
+inline f addF(f a, f b) { KEL_COLOURV_OP("add", a, b); }
+inline f subF(f a, f b) { KEL_COLOURV_OP("sub", a, b); }
+inline f mulF(f a, f b) { KEL_COLOURV_OP("mul", a, b); }
+#undef KEL_COLOURV_OP
+
 }  // namespace colourv
 }  // namespace KEL_ISA_NS
 }  // namespace kel

@@ -49,25 +49,6 @@ template <class T>
 inline f gather(const float* t, fi k) { return _mm256_i32gather_ps(t, k, 4); }
 inline fi gatheri(const int32_t* t, fi k) { return _mm256_i32gather_epi32(t, k, 4); }
 #endif
-// Sums and products of two values in the written operand order, so that a
-// lane whose operands are both NaN keeps the first one's payload as the
-// scalar forms' colour::addF and the like do (a compiler may swap the
-// operands of F::add and F::mul).
-#if KEL_ISA == KEL_ISA_SSE41
-#define KEL_LUVV_OP(op, a, b)                  \
-  __asm__(op "ps %1, %0" : "+x"(a) : "x"(b)); \
-  return a
-#else
-#define KEL_LUVV_OP(op, a, b)                                    \
-  f r;                                                           \
-  __asm__("v" op "ps %2, %1, %0" : "=x"(r) : "x"(a), "x"(b));   \
-  return r
-#endif
-inline f addF(f a, f b) { KEL_LUVV_OP("add", a, b); }
-inline f subF(f a, f b) { KEL_LUVV_OP("sub", a, b); }
-inline f mulF(f a, f b) { KEL_LUVV_OP("mul", a, b); }
-#undef KEL_LUVV_OP
-
 inline f gatherC(fi k) { return gather<float>(POW_LUV.c, k); }
 inline f gatherD(fi k) { return gather<float>(POW_LUV.d, k); }
 inline f k1(float x) { return F::set1(x); }
