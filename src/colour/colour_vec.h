@@ -3,6 +3,7 @@
 // Include after defining KEL_ISA; everything here lives in the ISA's namespace.
 #pragma once
 
+#include "colour/colour_common.h"
 #include "frame/simd.h"
 #include "frame/simdf.h"
 
@@ -115,20 +116,9 @@ inline f mulk(f a, float k) { return F::mul(F::set1(k), a); }
 // operands are both NaN keeps the first one's payload, as with the scalar
 // colour::addF and the like (a compiler may swap the operands of F::add and
 // F::mul, or turn a - k * b into a + (-k) * b).
-#if KEL_ISA == KEL_ISA_SSE41
-#define KEL_COLOURV_OP(op, a, b)               \
-  __asm__(op "ps %1, %0" : "+x"(a) : "x"(b)); \
-  return a
-#else
-#define KEL_COLOURV_OP(op, a, b)                              \
-  f r;                                                        \
-  __asm__("v" op "ps %2, %1, %0" : "=x"(r) : "x"(a), "x"(b)); \
-  return r
-#endif
-inline f addF(f a, f b) { KEL_COLOURV_OP("add", a, b); }
-inline f subF(f a, f b) { KEL_COLOURV_OP("sub", a, b); }
-inline f mulF(f a, f b) { KEL_COLOURV_OP("mul", a, b); }
-#undef KEL_COLOURV_OP
+inline f addF(f a, f b) { KEL_COLOUR_OP(f, "add", "ps", a, b); }
+inline f subF(f a, f b) { KEL_COLOUR_OP(f, "sub", "ps", a, b); }
+inline f mulF(f a, f b) { KEL_COLOUR_OP(f, "mul", "ps", a, b); }
 
 }  // namespace colourv
 }  // namespace KEL_ISA_NS
