@@ -22,7 +22,6 @@ Member grayMember(const char* name, int ch, GrayFn<T> f) {
   Member m{name, {full(ch * int(sizeof(T)))}, {full(int(sizeof(T)))},
            [f](Call& c) { return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi()); }};
   m.sampleBytes = sizeof(T);
-  m.finiteFloats = std::is_same<T, Kel32f>::value;
   return m;
 }
 template <class T>
@@ -33,7 +32,6 @@ Member colorMember(const char* name, int ch, ColorFn<T> f) {
              return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi(), w);
            }};
   m.sampleBytes = sizeof(T);
-  m.finiteFloats = std::is_same<T, Kel32f>::value;
   return m;
 }
 

@@ -261,6 +261,38 @@ TEST(ColourLuvLab, VectorPathsOnNonFiniteAndZero) {
   }
 }
 
+// Where two operands of one addition, subtraction or multiplication are NaN,
+// the first one's payload (quieted) is stored, on every path, in body and
+// tail, whatever order a compiler would choose for the operation.
+TEST(ColourLuvLab, NaNPayloadsFollowTheOperandOrder) {
+  auto bits = [](uint32_t u) { float f; std::memcpy(&f, &u, 4); return f; };
+  const float a = bits(0x7F812345u), b = bits(0xFFC54321u), c = bits(0x7FE00777u);  // a signals
+  const uint32_t qa = 0x7FC12345u, qb = 0xFFC54321u;
+  struct Case {
+    Fn<Kel32f> f;
+    int ch;
+    F3 in;
+    uint32_t out;  // all three results
+  };
+  const Case cases[] = {
+      {keliRGBToLUV_32f_C3R, 3, {a, b, 0.5f}, qa},  {keliRGBToLUV_32f_AC4R, 4, {a, b, 0.5f}, qa},
+      {keliRGBToLUV_32f_C3R, 3, {a, 0.5f, c}, qa},  {keliRGBToLUV_32f_AC4R, 4, {0.5f, b, c}, qb},
+      {keliLUVToRGB_32f_C3R, 3, {50.0f, a, b}, qa}, {keliLUVToRGB_32f_AC4R, 4, {50.0f, a, b}, qa},
+      {keliLUVToRGB_32f_C3R, 3, {1e30f, b, 0.0f}, qb},  // y infinite: 3 T - 5 y is the default NaN
+  };
+  for (const Case& k : cases)
+    for (kel::Isa isa : paths()) {
+      IsaScope scope(isa);
+      const RowOf<Kel32f> r{k.f, k.ch};
+      for (const F3& o : {r.bodyOf(k.in), r.tailOf(k.in)})
+        for (float v : o) {
+          uint32_t u;
+          std::memcpy(&u, &v, 4);
+          EXPECT_EQ(u, k.out) << std::hex << k.in[0] << " " << k.in[1] << " " << k.in[2] << " path " << int(isa);
+        }
+    }
+}
+
 // RGB -> LUV at 32f and Lab keep their steps in bytes: an odd step is used
 // as it stands (rows off the sample boundary).
 TEST(ColourLuvLab, ByteStepsStayInBytes) {

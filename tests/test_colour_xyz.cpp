@@ -19,7 +19,6 @@ Member member(const char* name, int ch, Fn<T> f) {
   Member m{name, {full(ch * int(sizeof(T)))}, {full(ch * int(sizeof(T)))},
            [f](Call& c) { return f(c.sT<T>(0), c.ss(0), c.dT<T>(0), c.ds(0), c.roi()); }};
   m.sampleBytes = sizeof(T);
-  m.finiteFloats = std::is_same<T, Kel32f>::value;
   return m;
 }
 

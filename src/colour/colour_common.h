@@ -55,6 +55,30 @@ inline int32_t truncF(float x) { return _mm_cvtt_ss2si(_mm_set_ss(x)); }
 // integer indefinite as truncF; as cvtps2dq gives it.
 inline int32_t roundF(float x) { return _mm_cvt_ss2si(_mm_set_ss(x)); }
 
+// ---- arithmetic in the written operand order ----------------------------------
+// Where both operands of an addition, subtraction or multiplication are NaN,
+// the processor keeps the first one's payload (quieted). A compiler is free
+// to swap the operands of an add or a multiply, and to turn a - c * b into
+// a + (-c) * b and then swap that; the NaN a float member stores would then
+// follow the compiler. The float forms whose results carry NaNs through do
+// such operations through these words: one instruction each, operands in the
+// order written, as the vector lanes do them. (Divisions are never swapped.)
+// KEL_COLOUR_OP(type, "add", "ss" or "ps", a, b): the body of such a word, in
+// the VEX form where the file is built for AVX (no mixing of the encodings).
+#if defined(__AVX__)
+#define KEL_COLOUR_OP(T, op, sfx, a, b)                          \
+  T r;                                                           \
+  __asm__("v" op sfx " %2, %1, %0" : "=x"(r) : "x"(a), "x"(b)); \
+  return r
+#else
+#define KEL_COLOUR_OP(T, op, sfx, a, b)          \
+  __asm__(op sfx " %1, %0" : "+x"(a) : "x"(b)); \
+  return a
+#endif
+inline float addF(float a, float b) { KEL_COLOUR_OP(float, "add", "ss", a, b); }
+inline float subF(float a, float b) { KEL_COLOUR_OP(float, "sub", "ss", a, b); }
+inline float mulF(float a, float b) { KEL_COLOUR_OP(float, "mul", "ss", a, b); }
+
 // ---- reciprocals ----------------------------------------------------------
 // arcp: the processor's approximate reciprocal (rcpss), unrefined. Every path
 // uses the same 128/256-bit instruction (never the 14-bit AVX-512 form), so

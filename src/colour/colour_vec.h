@@ -3,6 +3,7 @@
 // Include after defining KEL_ISA; everything here lives in the ISA's namespace.
 #pragma once
 
+#include "colour/colour_common.h"
 #include "frame/simd.h"
 #include "frame/simdf.h"
 
@@ -110,6 +111,14 @@ int kernF(const T* s, T* d, int x, int n) {
 // a * k as the scalar forms write it (the product's operand order does not
 // change an IEEE product; only the order of the sums matters).
 inline f mulk(f a, float k) { return F::mul(F::set1(k), a); }
+
+// Sums, differences and products in the written operand order: a lane whose
+// operands are both NaN keeps the first one's payload, as with the scalar
+// colour::addF and the like (a compiler may swap the operands of F::add and
+// F::mul, or turn a - k * b into a + (-k) * b).
+inline f addF(f a, f b) { KEL_COLOUR_OP(f, "add", "ps", a, b); }
+inline f subF(f a, f b) { KEL_COLOUR_OP(f, "sub", "ps", a, b); }
+inline f mulF(f a, f b) { KEL_COLOUR_OP(f, "mul", "ps", a, b); }
 
 }  // namespace colourv
 }  // namespace KEL_ISA_NS

@@ -62,7 +62,13 @@ struct GT8 {
 };
 
 // ---- floats ---------------------------------------------------------------------
-inline float sumF(float a, float b, float c, const float* w) { return (w[0] * a + w[1] * b) + w[2] * c; }
+// Weights first in each product, sums left to right, in that operand order
+// (colour::addF, mulF): where both operands are NaN, the first one's payload.
+inline float sumF(float a, float b, float c, const float* w) {
+  using colour::addF;
+  using colour::mulF;
+  return addF(addF(mulF(w[0], a), mulF(w[1], b)), mulF(w[2], c));
+}
 
 // 16u: truncated, the low 16 bits stored; body and tail alike.
 struct G16u {

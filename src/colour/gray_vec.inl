@@ -36,7 +36,7 @@ int gf(const T* s, T* d, int x, int n, const float* w) {
   for (; x + kBlock <= n; x += kBlock) {
     f a, b, c;
     loadPx<T, Ch>(s + Ch * x, a, b, c);
-    Out::template put1<T>(d + x, F::add(F::add(F::mul(w0, a), F::mul(w1, b)), F::mul(w2, c)));
+    Out::template put1<T>(d + x, addF(addF(mulF(w0, a), mulF(w1, b)), mulF(w2, c)));
   }
   return x;
 }

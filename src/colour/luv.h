@@ -77,12 +77,15 @@ inline float cubeRoot(float y, uint32_t k, float s7 = kS[6], float s8 = kS[7]) {
   return p * c;
 }
 
+// Sums of two samples' terms go through colour::addF and the like: the 32f
+// forms carry NaNs, and the one that survives is the first operand's.
 inline void xyzOf(float R, float G, float B, float& X, float& Y, float& Z) {
-  X = (0.412453f * R + 0.35758f * G) + 0.180423f * B;
-  Y = (0.212671f * R + 0.71516f * G) + 0.072169f * B;
-  Z = (0.019334f * R + 0.119193f * G) + 0.950227f * B;
+  using colour::addF;
+  X = addF(addF(0.412453f * R, 0.35758f * G), 0.180423f * B);
+  Y = addF(addF(0.212671f * R, 0.71516f * G), 0.072169f * B);
+  Z = addF(addF(0.019334f * R, 0.119193f * G), 0.950227f * B);
 }
-inline float denomOf(float X, float Y, float Z) { return (3.0f * Z + 15.0f * Y) + X; }
+inline float denomOf(float X, float Y, float Z) { return colour::addF(colour::addF(3.0f * Z, 15.0f * Y), X); }
 
 // ---- sample access ---------------------------------------------------------
 // Rows of the 32f forward members lie on byte steps and may start off a
@@ -139,10 +142,10 @@ struct Fwd32f {
     if (Body || Z != 0.0f) {
       if (Body && D == 0.0f) D = 3.0f;
       const float r = colour::nrcp(D);
-      up = (4.0f * X) * r, vp = (9.0f * Y) * r;
+      up = colour::mulF(4.0f * X, r), vp = colour::mulF(9.0f * Y, r);
     }
     const float L13 = 13.0f * L;
-    st(o, L), st(o + 1, (up - 0.197839f) * L13), st(o + 2, (vp - 0.468342f) * L13);
+    st(o, L), st(o + 1, colour::mulF(up - 0.197839f, L13)), st(o + 2, colour::mulF(vp - 0.468342f, L13));
   }
 };
 
@@ -307,9 +310,13 @@ struct InvTail {
   }
 };
 
-// 32f, every pixel: true divisions, each result limited to 0..1.
+// 32f, every pixel: true divisions, each result limited to 0..1. Any sample
+// may be NaN: the sums and products of two of them are in the written order.
 struct Inv32f {
   static void px(const float* i, float* o) {
+    using colour::addF;
+    using colour::mulF;
+    using colour::subF;
     const float L = i[0], U = i[1], V = i[2];
     if (L < 9e-5f) {
       o[0] = o[1] = o[2] = 0.0f;
@@ -326,11 +333,11 @@ struct Inv32f {
     float vq = 0.468342f + V / (13.0f * L);
     if (1.1920929e-7f > std::fabs(vq)) vq = 9e-5f + vq;
     const float T_ = y / vq;
-    const float Xv = uq * T_;
-    const float Zv = (3.0f * T_ - 5.0f * y) - Xv / 3.0f;
-    o[0] = colour::limit01((3.240479f * Xv - 1.53715f * y) - 0.498535f * Zv);
-    o[1] = colour::limit01((1.875991f * y - 0.969256f * Xv) + 0.041556f * Zv);
-    o[2] = colour::limit01((0.055648f * Xv - 0.204043f * y) + 1.057311f * Zv);
+    const float Xv = mulF(uq, T_);
+    const float Zv = subF(subF(3.0f * T_, 5.0f * y), Xv / 3.0f);
+    o[0] = colour::limit01(subF(subF(3.240479f * Xv, 1.53715f * y), 0.498535f * Zv));
+    o[1] = colour::limit01(addF(subF(1.875991f * y, 0.969256f * Xv), 0.041556f * Zv));
+    o[2] = colour::limit01(addF(subF(0.055648f * Xv, 0.204043f * y), 1.057311f * Zv));
   }
 };
 

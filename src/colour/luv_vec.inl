@@ -69,14 +69,14 @@ struct Fwd32f {
   static void vec(f R, f G, f B, f& L, f& U, f& V) {
     f X, Y, Z;
     xyzOf(R, G, B, X, Y, Z);
-    f D = F::add(F::add(mulk(Z, 3.0f), mulk(Y, 15.0f)), X);
+    f D = addF(addF(mulk(Z, 3.0f), mulk(Y, 15.0f)), X);
     D = sel(eq(D, F::zero()), D, k1(3.0f));
     const fi k = minu32(F::cvtt(F::mul(Y, k1(128.0f))), F::set32(128));
     const f Lc = F::sub(F::mul(cubeRoot<8>(Y, k), k1(116.0f)), k1(16.0f));
     L = sel(le(Y, k1(0.008856f)), Lc, F::mul(Y, k1(903.3f)));
     const f r = nrcp(D), L13 = F::mul(k1(13.0f), L);
-    U = F::mul(F::sub(F::mul(mulk(X, 4.0f), r), k1(0.197839f)), L13);
-    V = F::mul(F::sub(F::mul(mulk(Y, 9.0f), r), k1(0.468342f)), L13);
+    U = mulF(F::sub(mulF(mulk(X, 4.0f), r), k1(0.197839f)), L13);
+    V = mulF(F::sub(mulF(mulk(Y, 9.0f), r), k1(0.468342f)), L13);
   }
 };
 
@@ -127,12 +127,12 @@ struct Inv32f {
     f vq = F::add(k1(0.468342f), div(V, L13));
     vq = sel(lt(F::asf(F::and_(F::asi(vq), F::set32(0x7FFFFFFF))), k1(1.1920929e-7f)), vq, F::add(k1(9e-5f), vq));
     const f Tv = div(y, vq);
-    const f Xv = F::mul(uq, Tv);
-    const f Zv = F::sub(F::sub(F::mul(k1(3.0f), Tv), F::mul(k1(5.0f), y)), div(Xv, k1(3.0f)));
+    const f Xv = mulF(uq, Tv);
+    const f Zv = subF(subF(F::mul(k1(3.0f), Tv), F::mul(k1(5.0f), y)), div(Xv, k1(3.0f)));
     const f black = lt(L, k1(9e-5f));
-    R = sel(black, limit01(F::sub(F::sub(mulk(Xv, 3.240479f), mulk(y, 1.53715f)), mulk(Zv, 0.498535f))), F::zero());
-    G = sel(black, limit01(F::add(F::sub(mulk(y, 1.875991f), mulk(Xv, 0.969256f)), mulk(Zv, 0.041556f))), F::zero());
-    B = sel(black, limit01(F::add(F::sub(mulk(Xv, 0.055648f), mulk(y, 0.204043f)), mulk(Zv, 1.057311f))), F::zero());
+    R = sel(black, limit01(subF(subF(mulk(Xv, 3.240479f), mulk(y, 1.53715f)), mulk(Zv, 0.498535f))), F::zero());
+    G = sel(black, limit01(addF(subF(mulk(y, 1.875991f), mulk(Xv, 0.969256f)), mulk(Zv, 0.041556f))), F::zero());
+    B = sel(black, limit01(addF(subF(mulk(Xv, 0.055648f), mulk(y, 0.204043f)), mulk(Zv, 1.057311f))), F::zero());
   }
 };
 

@@ -76,9 +76,9 @@ inline f cubeRoot(f y, fi k, float s7 = luv::kS[6], float s8 = luv::kS[7]) {
 }
 
 inline void xyzOf(f R, f G, f B, f& X, f& Y, f& Z) {
-  X = F::add(F::add(mulk(R, 0.412453f), mulk(G, 0.35758f)), mulk(B, 0.180423f));
-  Y = F::add(F::add(mulk(R, 0.212671f), mulk(G, 0.71516f)), mulk(B, 0.072169f));
-  Z = F::add(F::add(mulk(R, 0.019334f), mulk(G, 0.119193f)), mulk(B, 0.950227f));
+  X = addF(addF(mulk(R, 0.412453f), mulk(G, 0.35758f)), mulk(B, 0.180423f));
+  Y = addF(addF(mulk(R, 0.212671f), mulk(G, 0.71516f)), mulk(B, 0.072169f));
+  Z = addF(addF(mulk(R, 0.019334f), mulk(G, 0.119193f)), mulk(B, 0.950227f));
 }
 
 // ---- 8-bit samples, 16 per lane, as four groups of 4 floats -----------------

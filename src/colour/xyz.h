@@ -69,16 +69,21 @@ struct I16 {
 };
 
 // ---- single precision ------------------------------------------------------
-// Products rounded one by one and added left to right (no contraction).
+// Products rounded one by one and added left to right (no contraction),
+// each sum in its written operand order (colour::addF): where two terms are
+// NaN, the first one's payload is the one stored.
 inline void fwdF(float R, float G, float B, float& X, float& Y, float& Z) {
-  X = 0.412453f * R + 0.35758f * G + 0.180423f * B;
-  Y = 0.212671f * R + 0.71516f * G + 0.072169f * B;
-  Z = 0.019334f * R + 0.119193f * G + 0.950227f * B;
+  using colour::addF;
+  X = addF(addF(0.412453f * R, 0.35758f * G), 0.180423f * B);
+  Y = addF(addF(0.212671f * R, 0.71516f * G), 0.072169f * B);
+  Z = addF(addF(0.019334f * R, 0.119193f * G), 0.950227f * B);
 }
 inline void invF(float X, float Y, float Z, float& R, float& G, float& B) {
-  R = 3.240479f * X - 1.53715f * Y - 0.498535f * Z;
-  G = -0.969256f * X + 1.875991f * Y + 0.041556f * Z;
-  B = 0.055648f * X - 0.204043f * Y + 1.057311f * Z;
+  using colour::addF;
+  using colour::subF;
+  R = subF(subF(3.240479f * X, 1.53715f * Y), 0.498535f * Z);
+  G = addF(addF(-0.969256f * X, 1.875991f * Y), 0.041556f * Z);
+  B = addF(subF(0.055648f * X, 0.204043f * Y), 1.057311f * Z);
 }
 
 // 16-bit depths: samples on the 0..65535 scale (16s through its offset),

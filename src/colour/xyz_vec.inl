@@ -45,16 +45,16 @@ using I13 = Mat8<13, 26546, -12591, -4083, -7939, 15368, 340, 456, -1671, 8661>;
 // Single precision, products added left to right.
 struct Fwd {
   static void vec(f R, f G, f B, f& X, f& Y, f& Z) {
-    X = F::add(F::add(mulk(R, 0.412453f), mulk(G, 0.35758f)), mulk(B, 0.180423f));
-    Y = F::add(F::add(mulk(R, 0.212671f), mulk(G, 0.71516f)), mulk(B, 0.072169f));
-    Z = F::add(F::add(mulk(R, 0.019334f), mulk(G, 0.119193f)), mulk(B, 0.950227f));
+    X = addF(addF(mulk(R, 0.412453f), mulk(G, 0.35758f)), mulk(B, 0.180423f));
+    Y = addF(addF(mulk(R, 0.212671f), mulk(G, 0.71516f)), mulk(B, 0.072169f));
+    Z = addF(addF(mulk(R, 0.019334f), mulk(G, 0.119193f)), mulk(B, 0.950227f));
   }
 };
 struct Inv {
   static void vec(f X, f Y, f Z, f& R, f& G, f& B) {
-    R = F::sub(F::sub(mulk(X, 3.240479f), mulk(Y, 1.53715f)), mulk(Z, 0.498535f));
-    G = F::add(F::add(mulk(X, -0.969256f), mulk(Y, 1.875991f)), mulk(Z, 0.041556f));
-    B = F::add(F::sub(mulk(X, 0.055648f), mulk(Y, 0.204043f)), mulk(Z, 1.057311f));
+    R = subF(subF(mulk(X, 3.240479f), mulk(Y, 1.53715f)), mulk(Z, 0.498535f));
+    G = addF(addF(mulk(X, -0.969256f), mulk(Y, 1.875991f)), mulk(Z, 0.041556f));
+    B = addF(subF(mulk(X, 0.055648f), mulk(Y, 0.204043f)), mulk(Z, 1.057311f));
   }
 };
 struct Fwd32f {

@@ -79,7 +79,11 @@ struct YJ8 {
 };
 
 // ---- 16-bit depths, single precision ------------------------------------------
-inline float lumaF(float R, float G, float B) { return 0.299f * R + 0.587f * G + 0.114f * B; }
+// Sums and differences of two samples' terms in their written operand order
+// (colour::addF, subF): where both are NaN, the first one's payload.
+inline float lumaF(float R, float G, float B) {
+  return colour::addF(colour::addF(0.299f * R, 0.587f * G), 0.114f * B);
+}
 
 // YF16: truncating body of the forward transform; 16u, and 16s on its
 // offset form, both saturated.
@@ -148,17 +152,19 @@ struct YF32f {
     const float R = i[0], G = i[1], B = i[2];
     const float L = lumaF(R, G, B);
     o[0] = 0.7132668f * L;
-    o[1] = 0.6117647f + 0.4368627f * (B - L);
-    o[2] = 0.5372549f + 0.53192f * (R - L);
+    o[1] = 0.6117647f + 0.4368627f * colour::subF(B, L);
+    o[2] = 0.5372549f + 0.53192f * colour::subF(R, L);
   }
 };
 struct YI32f {
   static void px(const float* i, float* o) {
     const float L = 1.3584f * i[0];
     const float T1 = 2.2179f * (i[1] - 0.6117647f), T2 = 1.8215f * (i[2] - 0.5372549f);
-    o[0] = colour::limit01(L + T2);
-    o[1] = colour::limit01((L - 0.194f * T1) - 0.509f * T2);
-    o[2] = colour::limit01(L + T1);
+    using colour::addF;
+    using colour::subF;
+    o[0] = colour::limit01(addF(L, T2));
+    o[1] = colour::limit01(subF(subF(L, 0.194f * T1), 0.509f * T2));
+    o[2] = colour::limit01(addF(L, T1));
   }
 };
 

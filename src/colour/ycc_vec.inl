@@ -51,7 +51,7 @@ struct YI8 {
   }
 };
 
-inline f luma(f R, f G, f B) { return F::add(F::add(mulk(R, 0.299f), mulk(G, 0.587f)), mulk(B, 0.114f)); }
+inline f luma(f R, f G, f B) { return addF(addF(mulk(R, 0.299f), mulk(G, 0.587f)), mulk(B, 0.114f)); }
 
 struct YF16 {
   static void vec(f R, f G, f B, f& Y, f& C1, f& C2) {
@@ -65,8 +65,8 @@ struct YF32f {
   static void vec(f R, f G, f B, f& Y, f& C1, f& C2) {
     const f L = luma(R, G, B);
     Y = mulk(L, 0.7132668f);
-    C1 = F::add(F::set1(0.6117647f), mulk(F::sub(B, L), 0.4368627f));
-    C2 = F::add(F::set1(0.5372549f), mulk(F::sub(R, L), 0.53192f));
+    C1 = F::add(F::set1(0.6117647f), mulk(subF(B, L), 0.4368627f));
+    C2 = F::add(F::set1(0.5372549f), mulk(subF(R, L), 0.53192f));
   }
 };
 struct YI16 {
@@ -83,9 +83,9 @@ struct YI32f {
     const f L = mulk(Y, 1.3584f);
     const f T1 = mulk(F::sub(C1, F::set1(0.6117647f)), 2.2179f);
     const f T2 = mulk(F::sub(C2, F::set1(0.5372549f)), 1.8215f);
-    R = limit01(F::add(L, T2));
-    G = limit01(F::sub(F::sub(L, mulk(T1, 0.194f)), mulk(T2, 0.509f)));
-    B = limit01(F::add(L, T1));
+    R = limit01(addF(L, T2));
+    G = limit01(subF(subF(L, mulk(T1, 0.194f)), mulk(T2, 0.509f)));
+    B = limit01(addF(L, T1));
   }
 };
 
