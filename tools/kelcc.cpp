@@ -29,7 +29,8 @@ namespace {
 int usage() {
   std::fprintf(stderr,
                "usage: kelcc demo [DIR]\n"
-               "       kelcc convert IN OUT [--size WxH] [--format F | --from F --to G]\n");
+               "       kelcc convert IN OUT [--size WxH] [--format F | --from F --to G]\n"
+               "       kelcc convert IN... --to G --out-dir DIR\n");
   for (const Command& c : commands()) std::fprintf(stderr, "       kelcc %s %s\n", c.name.c_str(), c.usage.c_str());
   std::fprintf(stderr,
                "       kelcc formats\n"
@@ -163,29 +164,77 @@ bool sizeFromName(const std::string& path, int& w, int& h) {
   return false;
 }
 
-int convert(int argc, char** argv) {
-  std::string in, out, format, from, to;
+// The options of `kelcc convert` that hold for every file of a call.
+struct ConvertOptions {
+  std::string format, from, to;
   int w = 0, h = 0;
+};
+
+int convertOne(const std::string& in, const std::string& out, ConvertOptions o);
+
+// kelcc convert IN OUT [options], or many inputs into a folder:
+// kelcc convert A.png B.png ... --to i420 --out-dir D (a progress line on a
+// terminal; every file is tried, the exit code tells whether all went).
+int convert(int argc, char** argv) {
+  ConvertOptions o;
+  std::vector<std::string> files;
+  std::string outDir;
   for (int i = 0; i < argc; ++i) {
     const std::string a = argv[i];
     auto next = [&]() -> std::string { return i + 1 < argc ? argv[++i] : std::string(); };
     if (a == "--size") {
-      if (std::sscanf(next().c_str(), "%dx%d", &w, &h) != 2) return usage();
+      if (std::sscanf(next().c_str(), "%dx%d", &o.w, &o.h) != 2) return usage();
     } else if (a == "--format") {
-      format = next();
+      o.format = next();
     } else if (a == "--from") {
-      from = next();
+      o.from = next();
     } else if (a == "--to") {
-      to = next();
-    } else if (in.empty()) {
-      in = a;
-    } else if (out.empty()) {
-      out = a;
+      o.to = next();
+    } else if (a == "--out-dir") {
+      outDir = next();
+    } else if (a == "--help" || a == "-h") {
+      std::printf(
+          "kelcc convert IN OUT [--size WxH] [--format F | --from F --to G]\n"
+          "kelcc convert IN... --to G --out-dir DIR\n"
+          "  Pictures are PNG or PPM; a raw side's format comes from --format/--from/--to,\n"
+          "  else from its file extension (.i420, .nv12, .yuy2, ...); a raw input's size from --size,\n"
+          "  else from its name (clip_1920x1080.nv12). See kelcc formats.\n");
+      return 0;
+    } else if (!a.empty() && a[0] == '-') {
+      return std::fprintf(stderr, "kelcc convert: unknown option %s (see kelcc convert --help)\n", a.c_str()), 2;
     } else {
-      return usage();
+      files.push_back(a);
     }
   }
-  if (in.empty() || out.empty()) return usage();
+  if (outDir.empty()) {
+    if (files.size() != 2) return usage();
+    return convertOne(files[0], files[1], o);
+  }
+  if (files.empty() || o.to.empty())
+    return std::fprintf(stderr, "kelcc convert: --out-dir needs --to FORMAT and at least one input\n"), 2;
+  mkdir(outDir.c_str(), 0755);
+  const bool progress = isatty(2);
+  int failed = 0;
+  for (size_t k = 0; k < files.size(); ++k) {
+    const std::string& in = files[k];
+    const size_t slash = in.find_last_of('/');
+    std::string base = slash == std::string::npos ? in : in.substr(slash + 1);
+    const size_t dot = base.find_last_of('.');
+    if (dot != std::string::npos && dot > 0) base = base.substr(0, dot);
+    const std::string out = outDir + "/" + base + "." + o.to;
+    if (progress) std::fprintf(stderr, "\r[%zu/%zu] %s\033[K", k + 1, files.size(), in.c_str());
+    ConvertOptions one = o;
+    if (isPicturePath(out)) one.to.clear();
+    if (convertOne(in, out, one) != 0) ++failed;
+  }
+  if (progress) std::fprintf(stderr, "\n");
+  if (failed) std::fprintf(stderr, "kelcc convert: %d of %zu files failed\n", failed, files.size());
+  return failed ? 1 : 0;
+}
+
+int convertOne(const std::string& in, const std::string& out, ConvertOptions o) {
+  std::string &format = o.format, &from = o.from, &to = o.to;
+  int &w = o.w, &h = o.h;
   const bool inPic = isPicturePath(in), outPic = isPicturePath(out);
   if (!inPic && from.empty()) from = format;
   if (!outPic && to.empty()) to = format;
