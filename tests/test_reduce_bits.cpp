@@ -60,7 +60,9 @@ Member member(const Entry& e, KelDitherType t, int noise, int levels) {
            {full(e.px * e.db)},
            [e, t, noise, levels](Call& c) {
              const int n = c.param(noise);
-             const auto type = static_cast<KelDitherType>(c.param(int32_t(t)));
+             // 0 to 7: the values a C++ caller can hold in the enumeration
+             // (5 to 7 are the methods above 4, which do nothing).
+             const auto type = static_cast<KelDitherType>(c.param(int32_t(t)) & 7);
              return e.f(c.s(0), c.ss(0), c.d(0), c.ds(0), c.roi(), n, type, c.param(levels));
            }};
   m.sampleBytes = std::max(e.sb, e.db);
