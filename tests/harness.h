@@ -245,7 +245,9 @@ struct ThreadScope {
 // The paths this processor can run, scalar first.
 std::vector<kel::Isa> paths();
 
-// Runs all generic checks on every member of a table.
+// Runs the generic checks (errors, guard zones, paths) on every member of a
+// table; the guard pages and the callers on many threads have tests of their
+// own over every registered member.
 void checkAll(const std::vector<Member>& members);
 
 // ---- the members of a test program ---------------------------------------------
