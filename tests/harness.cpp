@@ -193,6 +193,11 @@ void makeSide(std::vector<std::unique_ptr<Guarded>>& out, const std::vector<Geom
       case StepMode::Padded: step = base + pad; break;
       case StepMode::Negative: step = -(base + pad); break;
       case StepMode::Zero: step = 0; break;
+      case StepMode::Short: {
+        const int least = even ? std::max(unit, 2) : unit;
+        step = std::max(least, base / 2 / least * least);
+        break;
+      }
     }
     const int a = (align + 5 * static_cast<int>(i)) & 15 & ~(unit - 1);
     out.push_back(std::make_unique<Guarded>(dims[i], step, a, seed + 977 * static_cast<uint32_t>(i), edge));

@@ -27,7 +27,9 @@
 namespace kt {
 
 // How a plane's rows are laid out in its buffer.
-enum class StepMode { Tight, Padded, Negative, Zero };
+// Short: a positive step shorter than a row (rows overlap), which the
+// families that do not check steps take as the caller's business.
+enum class StepMode { Tight, Padded, Negative, Zero, Short };
 
 struct PlaneDim {
   int rowBytes;  // bytes of one row of the region
