@@ -106,6 +106,14 @@ void Guarded::fill(uint8_t v) {
 
 bool Guarded::inRegion(size_t off) const {
   const ptrdiff_t rel = static_cast<ptrdiff_t>(off) - static_cast<ptrdiff_t>(roiOff_);
+  const ptrdiff_t st = step_;
+  if (st != 0 && std::abs(st) >= dim_.rowBytes) {
+    // Rows apart: only the row whose start is nearest below may hold it.
+    const ptrdiff_t q = rel / st;
+    for (ptrdiff_t y = q - 1; y <= q + 1; ++y)
+      if (y >= 0 && y < dim_.rows && rel >= st * y && rel < st * y + dim_.rowBytes) return true;
+    return false;
+  }
   for (int y = 0; y < dim_.rows; ++y) {
     const ptrdiff_t start = static_cast<ptrdiff_t>(step_) * y;
     if (rel >= start && rel < start + dim_.rowBytes) return true;
