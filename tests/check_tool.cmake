@@ -21,3 +21,33 @@ foreach(n IN LISTS names)
   endif()
   message(STATUS "${fmt}: ok")
 endforeach()
+
+# Every command answers --help and -h with its usage line on stdout and exit 0,
+# without running (no output files appear).
+execute_process(COMMAND ${KELCC} --help OUTPUT_VARIABLE listing RESULT_VARIABLE rc)
+if(rc)
+  message(FATAL_ERROR "kelcc --help gave ${rc}")
+endif()
+string(REGEX MATCHALL "kelcc [a-z]+" cmds "${listing}")
+list(REMOVE_DUPLICATES cmds)
+list(LENGTH cmds n)
+if(n LESS 12)
+  message(FATAL_ERROR "kelcc --help lists only ${n} commands:\n${listing}")
+endif()
+foreach(c IN LISTS cmds)
+  string(REPLACE "kelcc " "" c "${c}")
+  foreach(flag --help -h)
+    execute_process(COMMAND ${KELCC} ${c} ${WORK}/help_in.png ${WORK}/help_out.png ${flag}
+                    OUTPUT_VARIABLE text ERROR_VARIABLE err RESULT_VARIABLE rc)
+    if(rc OR NOT text MATCHES "^usage: kelcc ${c}" OR EXISTS ${WORK}/help_out.png)
+      message(FATAL_ERROR "kelcc ${c} ${flag}: exit ${rc}\n${text}${err}")
+    endif()
+  endforeach()
+endforeach()
+message(STATUS "--help: ${n} commands")
+
+# bench: the table in its smoke-test size, every family present.
+execute_process(COMMAND ${KELCC} bench --quick OUTPUT_VARIABLE table RESULT_VARIABLE rc)
+if(rc OR NOT table MATCHES "memcpy MB/s" OR NOT table MATCHES "\nycocg ")
+  message(FATAL_ERROR "kelcc bench --quick: exit ${rc}\n${table}")
+endif()

@@ -204,8 +204,17 @@ KelStatus demoStep(const Image& in, Image& out) {
 KELCC_TOOL_REGISTER(tool::Command{"demosaic",
                                   "IN.pgm OUT.png --grid rggb|bggr|gbrg|grbg --method bilinear|ahd "
                                   "[--size WxH --depth 8|16 for headerless samples]",
-                                  cmdDemosaic});
-KELCC_TOOL_REGISTER(tool::Command{"mosaic", "IN.png OUT.pgm --grid rggb|bggr|gbrg|grbg [--depth 8|16]", cmdMosaic});
+                                  cmdDemosaic,
+                                  "Demosaics a Bayer image (binary PGM, 8 or 16 bits, or headerless samples) into RGB\n"
+                                  "(PNG, or PPM by any other extension; 16-bit in, 16-bit out).\n"
+                                  "  --grid G        colours of the top left 2 x 2 block: rggb (default), bggr, gbrg, grbg\n"
+                                  "  --method M      bilinear (default; gradient test for green) or ahd\n"
+                                  "  --size WxH      the input is headerless samples of this size ...\n"
+                                  "  --depth 8|16    ... of this depth (16: little-endian words)"});
+KELCC_TOOL_REGISTER(tool::Command{"mosaic", "IN.png OUT.pgm --grid rggb|bggr|gbrg|grbg [--depth 8|16]", cmdMosaic,
+                                  "Samples an RGB picture through a Bayer colour filter into a binary PGM.\n"
+                                  "  --grid G        colours of the top left 2 x 2 block: rggb (default), bggr, gbrg, grbg\n"
+                                  "  --depth 8|16    sample depth of the PGM (default 8)"});
 KELCC_TOOL_REGISTER(tool::DemoStep{"demosaic-bilinear", "RGB -> RGGB mosaic -> bilinear with gradient test",
                                    demoStep<false>});
 KELCC_TOOL_REGISTER(tool::DemoStep{"demosaic-ahd", "RGB -> RGGB mosaic -> AHD", demoStep<true>});

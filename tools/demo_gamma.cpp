@@ -178,9 +178,15 @@ KelStatus toneMapDemo(const Image& in, Image& out) {
 }
 
 KELCC_TOOL_REGISTER(tool::Command{"gamma", "IN OUT.png [--inv] [--16]   gamma curve (--inv: to linear light)",
-                                  gammaCommand});
+                                  gammaCommand,
+                                  "Passes every sample of a picture (PNG or PPM) through the forward gamma curve.\n"
+                                  "  --inv    the inverse curve (gamma-encoded to linear light)\n"
+                                  "  --16     through the 16-bit members (the picture widened to 16 bits and back)"});
 KELCC_TOOL_REGISTER(tool::Command{"tonemap", "IN.pfm|IN.png OUT.png [--mean]   float image into 8 bits",
-                                  toneMapCommand});
+                                  toneMapCommand,
+                                  "Maps a float image (PFM; a PNG/PPM picture is first made into a high-range float\n"
+                                  "image) into 8 bits, then applies the forward gamma curve.\n"
+                                  "  --mean   scale by twice the mean (default: by the maximum)"});
 KELCC_TOOL_REGISTER(tool::DemoStep{"gamma-8u", "RGB -> linear light -> RGB, 8-bit gamma tables", roundTrip8});
 KELCC_TOOL_REGISTER(tool::DemoStep{"gamma-16u", "RGB -> linear light -> RGB, 16-bit gamma curve", roundTrip16});
 KELCC_TOOL_REGISTER(tool::DemoStep{"tonemap", "RGB as light of exposure 1..32, tone-mapped by the mean",

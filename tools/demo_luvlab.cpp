@@ -146,5 +146,7 @@ KELCC_TOOL_REGISTER(tool::DemoStep{"bgr-lab16-bgr", "BGR -> CIE Lab (16-bit) -> 
 KELCC_TOOL_REGISTER(tool::DemoStep{"lab-channels", "CIE Lab channels L, a, b as gray panels", labPanels, false});
 KELCC_TOOL_REGISTER(tool::RawFormat{"luv", "interleaved L, u, v (CIE LUV, 8-bit)", bytes3, luvToRgb, rgbToLuv});
 KELCC_TOOL_REGISTER(tool::RawFormat{"lab", "interleaved L, a, b (CIE Lab, 8-bit)", bytes3, labToRgb, rgbToLab});
-KELCC_TOOL_REGISTER(tool::Command{"lab", "IN.png PREFIX  (writes PREFIX-L.png, PREFIX-a.png, PREFIX-b.png)", labCommand});
+KELCC_TOOL_REGISTER(tool::Command{"lab", "IN.png PREFIX  (writes PREFIX-L.png, PREFIX-a.png, PREFIX-b.png)", labCommand,
+                                  "Converts a picture to 8-bit CIE Lab and writes its three channels as gray PNGs.\n"
+                                  "No options."});
 }  // namespace

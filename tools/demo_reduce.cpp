@@ -139,6 +139,12 @@ int reduceCommand(int argc, char** argv) {
 }
 
 KELCC_TOOL_REGISTER(tool::Command{"reduce", "IN.png OUT.png --levels N --dither none|fs|jjn|stucki|bayer --noise P",
-                                  reduceCommand});
+                                  reduceCommand,
+                                  "Quantises every channel of a picture to N levels, with a dither, and prints the mean\n"
+                                  "error before and after a 3x3 blur.\n"
+                                  "  --levels N    2..256 output levels (default 4)\n"
+                                  "  --dither D    none, fs (Floyd-Steinberg, default), jjn (Jarvis-Judice-Ninke),\n"
+                                  "                stucki, bayer (4x4 ordered)\n"
+                                  "  --noise P     0..100 percent of noise mixed into the decisions (default 0)"});
 
 }  // namespace

@@ -93,5 +93,7 @@ KELCC_TOOL_REGISTER(tool::DemoStep{"twist-sepia", "colour twist 8u: sepia matrix
 KELCC_TOOL_REGISTER(tool::DemoStep{"twist-yuv-rgb-32f", "colour twist 32f: RGB -> YUV -> RGB (in place)",
                                    yuvRoundTrip});
 KELCC_TOOL_REGISTER(tool::Command{"twist", "IN.png OUT.png --matrix \"a,b,c,d;e,f,g,h;i,j,k,l\" (or sepia)",
-                                  twistCommand});
+                                  twistCommand,
+                                  "Multiplies every pixel by a 3 x 4 matrix: output channel i = a_i*R + b_i*G + c_i*B + d_i.\n"
+                                  "  --matrix M    three rows of four numbers, rows split by ';', or the word sepia"});
 }  // namespace

@@ -8,9 +8,14 @@
 //       --from F --to G                   raw to raw (a direct move where one exists)
 //   kelcc formats                         list the raw formats and direct moves
 //   kelcc version                         print the library's version record
+//   kelcc CMD --help                      the usage line and options of any command
+//
+// The families' own commands (gamma, demosaic, bench, ...) are registered by
+// their tool files (tool::Command); this file only dispatches to them.
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cctype>
 
 #include <cmath>
@@ -26,16 +31,37 @@ using namespace tool;
 
 namespace {
 
+std::vector<Command>& builtins();
+
+// Every command: the built-in ones, then the registered ones by name.
+std::vector<const Command*> allCommands() {
+  std::vector<const Command*> v;
+  for (const Command& c : builtins()) v.push_back(&c);
+  std::vector<const Command*> reg;
+  for (const Command& c : commands()) reg.push_back(&c);
+  std::sort(reg.begin(), reg.end(), [](const Command* a, const Command* b) { return a->name < b->name; });
+  v.insert(v.end(), reg.begin(), reg.end());
+  return v;
+}
+
+void printUsage(FILE* to) {
+  const char* lead = "usage:";
+  for (const Command* c : allCommands()) {
+    std::fprintf(to, "%s kelcc %s%s%s\n", lead, c->name.c_str(), c->usage.empty() ? "" : " ", c->usage.c_str());
+    lead = "      ";
+  }
+  std::fprintf(to, "       kelcc COMMAND --help   (the command's options)\n");
+}
+
 int usage() {
-  std::fprintf(stderr,
-               "usage: kelcc demo [DIR]\n"
-               "       kelcc convert IN OUT [--size WxH] [--format F | --from F --to G]\n"
-               "       kelcc convert IN... --to G --out-dir DIR\n");
-  for (const Command& c : commands()) std::fprintf(stderr, "       kelcc %s %s\n", c.name.c_str(), c.usage.c_str());
-  std::fprintf(stderr,
-               "       kelcc formats\n"
-               "       kelcc version\n");
+  printUsage(stderr);
   return 2;
+}
+
+int commandHelp(const Command& c) {
+  std::printf("usage: kelcc %s%s%s\n", c.name.c_str(), c.usage.empty() ? "" : " ", c.usage.c_str());
+  if (!c.help.empty()) std::printf("%s%s", c.help.c_str(), c.help.back() == '\n' ? "" : "\n");
+  return 0;
 }
 
 struct Diff {
@@ -192,14 +218,6 @@ int convert(int argc, char** argv) {
       o.to = next();
     } else if (a == "--out-dir") {
       outDir = next();
-    } else if (a == "--help" || a == "-h") {
-      std::printf(
-          "kelcc convert IN OUT [--size WxH] [--format F | --from F --to G]\n"
-          "kelcc convert IN... --to G --out-dir DIR\n"
-          "  Pictures are PNG or PPM; a raw side's format comes from --format/--from/--to,\n"
-          "  else from its file extension (.i420, .nv12, .yuy2, ...); a raw input's size from --size,\n"
-          "  else from its name (clip_1920x1080.nv12). See kelcc formats.\n");
-      return 0;
     } else if (!a.empty() && a[0] == '-') {
       return std::fprintf(stderr, "kelcc convert: unknown option %s (see kelcc convert --help)\n", a.c_str()), 2;
     } else {
@@ -288,25 +306,64 @@ int convertOne(const std::string& in, const std::string& out, ConvertOptions o) 
   return writeWhole(out, [&](const std::string& p) { return writeFile(p, dst); }) ? 0 : 1;
 }
 
+int versionCmd(int, char**) {
+  const KelLibraryVersion* v = kelccGetLibVersion();
+  std::printf("%s %d.%d build %d.%d (%s), %s\n", v->Name, v->major, v->minor, v->majorBuild, v->build, v->targetCpu,
+              v->BuildDate);
+  return 0;
+}
+
+int formatsCmd(int, char**) {
+  for (const RawFormat& f : rawFormats()) std::printf("%-10s %s\n", f.name.c_str(), f.what.c_str());
+  for (const RawConverter& c : rawConverters()) std::printf("%s -> %s (direct)\n", c.from.c_str(), c.to.c_str());
+  return 0;
+}
+
+int demoCmd(int argc, char** argv) {
+  if (argc > 1) return std::fprintf(stderr, "kelcc demo: one folder at most (see kelcc demo --help)\n"), 2;
+  return demo(argc > 0 ? argv[0] : ".");
+}
+
+std::vector<Command>& builtins() {
+  static std::vector<Command> b = {
+      {"demo", "[DIR]", demoCmd,
+       "Renders the built-in test picture, runs every registered conversion round trip on it and\n"
+       "prints each one's max error and PSNR; writes original.png and one PNG per step into DIR\n"
+       "(default: the current folder)."},
+      {"convert", "IN OUT [--size WxH] [--format F | --from F --to G]\n       kelcc convert IN... --to G --out-dir DIR",
+       convert,
+       "Pictures are PNG or PPM; a raw side's format comes from --format/--from/--to, else from\n"
+       "its file extension (.i420, .nv12, .yuy2, ...); a raw input's size from --size, else from\n"
+       "its name (clip_1920x1080.nv12). Outputs appear whole or not at all.\n"
+       "  --size WxH        size of a raw input\n"
+       "  --format F        the raw side's format (picture <-> raw)\n"
+       "  --from F --to G   raw to raw (a direct move where one exists, else through RGB)\n"
+       "  --out-dir DIR     many inputs, each written as DIR/NAME.G (needs --to)\n"
+       "See kelcc formats for the raw formats."},
+      {"formats", "", formatsCmd, "Lists the raw formats kelcc convert reads and writes, and the direct raw-to-raw moves."},
+      {"version", "", versionCmd, "Prints the library's version record."},
+  };
+  return b;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc < 2) return usage();
   const std::string cmd = argv[1];
-  if (cmd == "demo") return demo(argc > 2 ? argv[2] : ".");
-  if (cmd == "convert") return convert(argc - 2, argv + 2);
-  for (const Command& c : commands())
-    if (cmd == c.name) return c.run(argc - 2, argv + 2);
-  if (cmd == "version") {
-    const KelLibraryVersion* v = kelccGetLibVersion();
-    std::printf("%s %d.%d build %d.%d (%s), %s\n", v->Name, v->major, v->minor, v->majorBuild, v->build, v->targetCpu,
-                v->BuildDate);
+  if (cmd == "--help" || cmd == "-h" || cmd == "help") {
+    if (argc > 2)
+      for (const Command* c : allCommands())
+        if (c->name == argv[2]) return commandHelp(*c);
+    printUsage(stdout);
     return 0;
   }
-  if (cmd == "formats") {
-    for (const RawFormat& f : rawFormats()) std::printf("%-10s %s\n", f.name.c_str(), f.what.c_str());
-    for (const RawConverter& c : rawConverters()) std::printf("%s -> %s (direct)\n", c.from.c_str(), c.to.c_str());
-    return 0;
+  for (const Command* c : allCommands()) {
+    if (cmd != c->name) continue;
+    for (int i = 2; i < argc; ++i)
+      if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) return commandHelp(*c);
+    return c->run(argc - 2, argv + 2);
   }
+  std::fprintf(stderr, "kelcc: unknown command '%s'\n", cmd.c_str());
   return usage();
 }

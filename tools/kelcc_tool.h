@@ -62,10 +62,13 @@ struct RawConverter {
 
 // A command of its own (`kelcc gamma ...`), added by a family's tool file.
 // `run` gets the arguments after the command name and returns the exit code.
+// `kelcc NAME --help` (or -h) prints the usage line and `help` and exits 0
+// without calling `run`.
 struct Command {
   std::string name;
   std::string usage;  // one line: the arguments, e.g. "IN.png OUT.png --gamma fwd|inv"
   int (*run)(int argc, char** argv);
+  std::string help = {};  // what it does and its options, one per line
 };
 
 std::vector<DemoStep>& demoSteps();
