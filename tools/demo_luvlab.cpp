@@ -95,26 +95,21 @@ KelStatus labPanels(const Image& in, Image& out) {
 
 // `kelcc lab IN PREFIX`: PREFIX-L.png, PREFIX-a.png, PREFIX-b.png.
 int labCommand(int argc, char** argv) {
-  if (argc < 2) {
-    std::fprintf(stderr, "usage: kelcc lab IN.png PREFIX\n");
-    return 2;
-  }
-  Image in;
-  if (!tool::readImage(argv[0], in)) {
-    std::fprintf(stderr, "kelcc: cannot read %s\n", argv[0]);
-    return 1;
-  }
-  std::vector<uint8_t> lab;
-  if (labOf(in, lab) != kelStatusOk) return 1;
+  const char* cmd = "lab";
+  if (argc != 2 || argv[0][0] == '-' || argv[1][0] == '-')
+    return tool::fail(cmd, "", "needs IN and PREFIX, no options (see kelcc lab --help)", 2);
   const char* names[3] = {"-L.png", "-a.png", "-b.png"};
+  for (const char* n : names)
+    if (!tool::outputOk(cmd, std::string(argv[1]) + n)) return 2;
+  Image in;
+  if (!tool::loadPicture(cmd, argv[0], in)) return 1;
+  std::vector<uint8_t> lab;
+  if (KelStatus st = labOf(in, lab)) return tool::fail(cmd, argv[0], tool::statusText(st));
   std::vector<uint8_t> plane(pixels(in));
   for (int c = 0; c < 3; ++c) {
     for (size_t i = 0; i < plane.size(); ++i) plane[i] = lab[3 * i + c];
     const std::string path = std::string(argv[1]) + names[c];
-    if (!tool::writePngGray(path, plane.data(), in.w, in.h, in.w)) {
-      std::fprintf(stderr, "kelcc: cannot write %s\n", path.c_str());
-      return 1;
-    }
+    if (!tool::writePngGray(path, plane.data(), in.w, in.h, in.w)) return tool::fail(cmd, path, "cannot write");
     std::printf("%s\n", path.c_str());
   }
   return 0;
