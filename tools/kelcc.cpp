@@ -299,7 +299,13 @@ int convertOne(const std::string& in, const std::string& out, ConvertOptions o) 
   const KelStatus st = rawOut->fromRgb(img, dst);
   if (st < 0) return fail("convert", in, "rgb -> " + to + ": " + statusText(st));
   if (st > 0) std::fprintf(stderr, "kelcc convert: note: %s: %s\n", out.c_str(), statusText(st).c_str());
-  return writeRaw(out, dst);
+  if (const int rc = writeRaw(out, dst)) return rc;
+  // A raw file does not carry its size: say it where the name does not.
+  int nw = 0, nh = 0;
+  if (!sizeFromName(out, nw, nh) || nw != w || nh != h)
+    std::printf("%s: %dx%d %s (read it back with --size %dx%d, or put %dx%d in its name)\n", out.c_str(), w, h,
+                to.c_str(), w, h, w, h);
+  return 0;
 }
 
 int versionCmd(int, char**) {
