@@ -150,25 +150,40 @@ Outcome runOnce(const Member& m, KeliSize roi, KeliSize alloc, StepMode mode, Pa
   return o;
 }
 
+bool namesAny(const std::string& name, const char* list) {
+  const std::string l = list ? list : "";
+  for (size_t a = 0; !l.empty() && a <= l.size();) {
+    const size_t b = std::min(l.find(',', a), l.size());
+    if (b > a && name.find(l.substr(a, b - a)) != std::string::npos) return true;
+    a = b + 1;
+  }
+  return false;
+}
+
 // KELCC_FUZZ_SKIP: comma-separated parts of member names to leave out, so
 // that a long run can go past a finding that is being worked on.
+// KELCC_FUZZ_ONLY: the same, for the members to keep (all when unset), so
+// that a run can dwell on the families a change touched.
 std::vector<Member> fuzzedMembers() {
   std::vector<Member> all = registeredMembers(), kept;
-  const char* env = std::getenv("KELCC_FUZZ_SKIP");
-  const std::string skip = env ? env : "";
-  for (Member& m : all) {
-    bool drop = false;
-    for (size_t a = 0; !skip.empty() && a <= skip.size();) {
-      const size_t b = std::min(skip.find(',', a), skip.size());
-      if (b > a && m.name.find(skip.substr(a, b - a)) != std::string::npos) drop = true;
-      a = b + 1;
-    }
-    if (!drop) kept.push_back(std::move(m));
-  }
+  const char* only = std::getenv("KELCC_FUZZ_ONLY");
+  for (Member& m : all)
+    if (!namesAny(m.name, std::getenv("KELCC_FUZZ_SKIP")) && (!only || namesAny(m.name, only)))
+      kept.push_back(std::move(m));
   return kept;
 }
 
 }  // namespace
+
+// KELCC_FUZZ_LIST=1: print the name of every member the target drives and
+// stop (the test that ties them to the public header reads this).
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  if (std::getenv("KELCC_FUZZ_LIST")) {
+    for (const Member& m : registeredMembers()) std::printf("%s\n", m.name.c_str());
+    std::exit(0);
+  }
+  return 0;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const std::vector<Member> members = fuzzedMembers();

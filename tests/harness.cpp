@@ -200,6 +200,7 @@ void makeSide(std::vector<std::unique_ptr<Guarded>>& out, const std::vector<Geom
 Images makeImages(const Member& m, KeliSize roi, StepMode mode, int align, uint32_t seed, PageEdge edge) {
   Images im;
   if (m.nonNegativeSteps && mode == StepMode::Negative) mode = StepMode::Padded;
+  if (m.tightSteps) mode = StepMode::Tight;
   const int pad = 1 + static_cast<int>(seed % 37);
   makeSide(im.src, m.src, m.sharedSrcStep, roi, mode, pad, align, seed, m.evenSrcSteps, m.sampleBytes, edge);
   makeSide(im.dst, m.dst, m.sharedDstStep, roi, mode, pad + 3, (align + 7) & 15, seed ^ 0x5bd1e995u, m.evenDstSteps,

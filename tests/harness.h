@@ -135,6 +135,9 @@ struct Member {
   bool heightUnchecked = false;
   // The member takes some steps as unsigned numbers: no negative steps.
   bool nonNegativeSteps = false;
+  // A form without steps: its rows lie back to back, so its images are
+  // always laid out tight (whatever step mode a check asks for).
+  bool tightSteps = false;
 };
 
 KelStatus status420(KeliSize r);
