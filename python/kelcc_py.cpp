@@ -167,8 +167,12 @@ struct Image {
 
 std::string shapeStr(const py::array& a) {
   std::string s = "(";
-  for (py::ssize_t i = 0; i < a.ndim(); ++i) s += (i ? ", " : "") + std::to_string(a.shape(i));
-  return s + (a.ndim() == 1 ? ",)" : ")");
+  for (py::ssize_t i = 0; i < a.ndim(); ++i) {
+    if (i) s += ", ";
+    s += std::to_string(a.shape(i));
+  }
+  s += a.ndim() == 1 ? ",)" : ")";
+  return s;
 }
 
 int channelsOf(const py::array& a, const char* what) {
