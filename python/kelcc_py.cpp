@@ -1344,7 +1344,7 @@ py::object convOp(const ConvFn& f, const py::args& args, const py::object& order
   return result;
 }
 
-// Every member behind each function, for introspection and the tests.
+// Every member behind each function, for callers who want to know and for the tests.
 py::dict variantTable() {
   auto side = [](const Side& s) {
     const char* lay = s.lay == Lay::C ? "C" : s.lay == Lay::P3 ? "P3" : s.lay == Lay::P3S ? "P3S" : "P2";
