@@ -112,6 +112,16 @@ TEST(ReduceBits, VectorBodiesEqualScalar) {
   for (int i : {4, 5, 8, 9}) checkPaths(member(entries()[i], kBayer, 0, 65536), 4, 700, 3);
 }
 
+// 8u ordered dither without noise goes through a table of the call on large
+// images (AVX-512 VBMI): every layout, level counts that put level edges at
+// both halves of the table, widths whose rows end anywhere in a vector,
+// heights below and above the four row phases.
+TEST(ReduceBits, OrderedTableEqualsScalar) {
+  ThreadScope threads(1);
+  for (int levels : {2, 5, 129, 256})
+    for (size_t i = 0; i < 4; ++i) checkPaths(member(entries()[i], kBayer, 0, levels), 3, 12000, 7);
+}
+
 // The check list in its order; a method above 4 returns at once, reading nothing.
 TEST(ReduceBits, CheckOrder) {
   Kel8u src[16] = {}, dst[16];

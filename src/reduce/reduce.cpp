@@ -55,6 +55,36 @@ KelStatus ownNo(const typename Dp::S* src, int srcStep, typename Dp::D* dst, int
 }
 
 // ---- ordered dithering --------------------------------------------------------
+// 8u without noise: a sample's output depends only on its value and on the
+// column and row of its pixel in the region modulo 4. With AVX-512 VBMI and
+// enough samples, the call tabulates the outputs of the rows it has (up to
+// four phases of rows, four of columns, 256 values each) with the scalar
+// formula itself, and rows go through byte permutes of that table. The
+// table costs about as much as 3000 samples computed one by one, so smaller
+// images keep the computed path; both give the same bytes.
+inline bool wideLookUp() { return activeIsa() >= Isa::AVX512 && __builtin_cpu_supports("avx512vbmi"); }
+constexpr int64_t kTableMinSamples = 1 << 15;
+
+bool bayerByTable(const Kel8u* src, ptrdiff_t srcBytes, Kel8u* dst, ptrdiff_t dstBytes, KeliSize roi, Scale sc,
+                  int chan) {
+  const int n = samplesQuantised(chan), p = samplesInMemory(chan);
+  if (static_cast<int64_t>(roi.width) * roi.height * n < kTableMinSamples || !wideLookUp()) return false;
+  const int rows = std::min(roi.height, 4);
+  alignas(64) Kel8u table[4][4][256];
+  for (int y = 0; y < rows; ++y) {
+    float thr[4];
+    bayerRowThresh(sc.step, y, thr);
+    for (int j = 0; j < 4; ++j)
+      for (int v = 0; v < 256; ++v) table[y][j][v] = bayerSample<D8u, false>(static_cast<Kel8u>(v), thr[j], sc);
+  }
+  const KernBayerLut k = avx2::kReduceKernels.bayerLut8u;
+  const int64_t len = static_cast<int64_t>(roi.width) * p;
+  parallelRows(roi.height, [&](int y) {
+    k(byteOffset(src, srcBytes * y), byteOffset(dst, dstBytes * y), len, p, chan == 4, &table[y & 3][0][0]);
+  });
+  return true;
+}
+
 // Rows by static schedule at every size; the pattern is anchored at the
 // region. `srcBytes` and `dstBytes` are the row distances (from steps in
 // samples, or in bytes for C4).
@@ -77,6 +107,8 @@ KelStatus ownBayer(const typename Dp::S* src, ptrdiff_t srcBytes, typename Dp::D
     chain = chainOf([](const ReduceKernels& t) { return t.bayer[pair]; }, sse41::kReduceKernels, avx2::kReduceKernels);
     chainT = chainOf([](const ReduceKernels& t) { return t.bayerT[pair]; }, sse41::kReduceKernels, avx2::kReduceKernels);
   }
+  if constexpr (std::is_same_v<Dp, D8u> && !Noise)
+    if (bayerByTable(src, srcBytes, dst, dstBytes, roi, sc, chan)) return kelStatusOk;
   parallelRows(roi.height, [&](int y) {
     const auto* s = byteOffset(src, srcBytes * y);
     auto* d = byteOffset(dst, dstBytes * y);
@@ -104,7 +136,7 @@ KelStatus ownBayer(const typename Dp::S* src, ptrdiff_t srcBytes, typename Dp::D
           // The kernels stop on whole chunks; the run's last samples go one
           // by one with the same thresholds.
           for (; i < static_cast<int64_t>(run) * p; ++i)
-            st(d + off + i, Dp::template store<false>(quant<false>(Dp::work(ld(s + off + i)), thr[i], sc)));
+            st(d + off + i, bayerSample<Dp, false>(ld(s + off + i), thr[i], sc));
         }
       } else {
         bayerNoiseRow<Dp, false>(s, d, 0, w, y, n, p, sc, nz);

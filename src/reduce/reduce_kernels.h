@@ -23,11 +23,19 @@ using KernNearest8u = int64_t (*)(const uint8_t* s, uint8_t* d, int64_t i, int64
 // is the threshold of sample j of the run, from j = i to n.
 using KernBayerT = int64_t (*)(const void* s, void* d, int64_t i, int64_t n, float step, float inv, const float* thr);
 
+// 8u ordered dither without noise through the call's table: a whole row of n
+// samples with p samples per pixel (AC4: p = 4 and the fourth sample of each
+// pixel neither computed nor written); table[256 * j + v] is the output of
+// value v at a column with x & 3 == j, for the row's y & 3. Processors with
+// AVX-512 VBMI only; returns n.
+using KernBayerLut = int64_t (*)(const uint8_t* s, uint8_t* d, int64_t n, int p, bool ac4, const uint8_t* table);
+
 struct ReduceKernels {
   // By depth pair: 8u, 16u, 16s, 16u8u, 16s8u, 32f8u, 32f16u, 32f16s.
   KernBayer bayer[8];
   KernBayerT bayerT[8];
   KernNearest8u nearest8u;
+  KernBayerLut bayerLut8u;  // AVX2 table only (null in SSE4.1)
 };
 namespace sse41 {
 extern const ReduceKernels kReduceKernels;

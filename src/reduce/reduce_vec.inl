@@ -191,6 +191,65 @@ int64_t nearest8u(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float L, f
   return i;
 }
 
+#if KEL_ISA == KEL_ISA_AVX2
+// The 8u ordered dither as a table look-up, on processors with AVX-512 VBMI
+// (the caller checks). Each of the four column phases has its 256 outputs in
+// four registers. A two-register byte permute looks up 128 entries by the
+// low 7 bits of each sample; merged into the sample vector itself under the
+// mask of one phase and one half (bit 7), it replaces exactly the lanes of
+// that phase and half, whose index is still the source sample: after the
+// eight permutes every lane has been replaced once.
+#define KEL_WIDE_TARGET __attribute__((target("avx512f,avx512bw,avx512vl,avx512vbmi")))
+KEL_WIDE_TARGET inline __m512i bayerLook(const __m512i (&t)[16], __m512i v, const __mmask64 (&ph)[4]) {
+  const __mmask64 top = _mm512_movepi8_mask(v);
+  __m512i r = v;
+  for (int j = 0; j < 4; ++j) {
+    r = _mm512_mask2_permutex2var_epi8(t[4 * j], r, _kandn_mask64(top, ph[j]), t[4 * j + 1]);
+    r = _mm512_mask2_permutex2var_epi8(t[4 * j + 2], r, _kand_mask64(top, ph[j]), t[4 * j + 3]);
+  }
+  return r;
+}
+// Lane masks of the column phases for the three vector positions of a
+// 192-byte period (a whole number of pixel periods for p = 1, 3 and 4).
+struct PhaseMasks {
+  __mmask64 m[3][4];
+  constexpr explicit PhaseMasks(int p) : m{} {
+    for (int v = 0; v < 3; ++v)
+      for (int j = 0; j < 64; ++j) m[v][((64 * v + j) / p) & 3] |= __mmask64{1} << j;
+  }
+};
+inline constexpr PhaseMasks kPhaseMasks[3] = {PhaseMasks(1), PhaseMasks(3), PhaseMasks(4)};
+
+template <bool AC4>
+KEL_WIDE_TARGET int64_t bayerLutRow(const uint8_t* s, uint8_t* d, int64_t n, int p, const uint8_t* table) {
+  __m512i t[16];
+  for (int k = 0; k < 16; ++k) t[k] = _mm512_loadu_si512(table + 64 * k);
+  const __mmask64(&ph)[3][4] = kPhaseMasks[p == 1 ? 0 : (p == 3 ? 1 : 2)].m;
+  constexpr __mmask64 keep = AC4 ? 0x7777777777777777ull : ~0ull;
+  int64_t i = 0;
+  for (; i + 192 <= n; i += 192)
+    for (int m = 0; m < 3; ++m) {
+      const __m512i r = bayerLook(t, _mm512_loadu_si512(s + i + 64 * m), ph[m]);
+      if constexpr (AC4)
+        _mm512_mask_storeu_epi8(d + i + 64 * m, keep, r);
+      else
+        _mm512_storeu_si512(d + i + 64 * m, r);
+    }
+  // The rest in vectors, the last one masked (masked loads and stores touch
+  // no byte outside their mask).
+  for (int m = 0; i < n; i += 64, ++m) {
+    const __mmask64 in = n - i >= 64 ? ~0ull : (~0ull >> (64 - (n - i)));
+    const __m512i r = bayerLook(t, _mm512_maskz_loadu_epi8(in, s + i), ph[m]);
+    _mm512_mask_storeu_epi8(d + i, in & keep, r);
+  }
+  return n;
+}
+int64_t bayerLut8u(const uint8_t* s, uint8_t* d, int64_t n, int p, bool ac4, const uint8_t* table) {
+  return ac4 ? bayerLutRow<true>(s, d, n, p, table) : bayerLutRow<false>(s, d, n, p, table);
+}
+#undef KEL_WIDE_TARGET
+#endif
+
 }  // namespace
 
 extern const ReduceKernels kReduceKernels = {
@@ -198,7 +257,13 @@ extern const ReduceKernels kReduceKernels = {
      bayer<Kel32f, Kel8u>, bayer<Kel32f, Kel16u>, bayer<Kel32f, Kel16s>},
     {bayerT<Kel8u, Kel8u>, bayerT<Kel16u, Kel16u>, bayerT<Kel16s, Kel16s>, bayerT<Kel16u, Kel8u>,
      bayerT<Kel16s, Kel8u>, bayerT<Kel32f, Kel8u>, bayerT<Kel32f, Kel16u>, bayerT<Kel32f, Kel16s>},
-    nearest8u};
+    nearest8u,
+#if KEL_ISA == KEL_ISA_AVX2
+    bayerLut8u,
+#else
+    nullptr,
+#endif
+};
 
 }  // namespace KEL_ISA_NS
 }  // namespace kel
