@@ -497,6 +497,30 @@ void checkRowByRow(Fn<typename Dp::S, typename Dp::D> f, bool floatSrc) {
 }
 }  // namespace
 
+// 8u Floyd-Steinberg runs sixteen rows per vector on AVX-512 processors:
+// streams of 16 rows and more, any width (one pixel too), samples that
+// saturate at both ends and long dark runs whose errors fade to subnormal
+// floats, against the row-by-row definition and through the harness.
+TEST(ReduceBits, DiffusionSixteenRowsEqualTheDefinition) {
+  using namespace kel::reduce;
+  std::mt19937 rng(5);
+  for (int i = 0; i < 40; ++i) {
+    const bool dark = (i & 3) == 3;
+    const int w = i < 4 ? 1 + i : (dark ? 200 : 1) + int(rng() % 150), h = 16 + int(rng() % 50);
+    const int levels = 2 + int(rng() % 255);
+    std::vector<Kel8u> src(size_t(w) * h);
+    for (size_t k = 0; k < src.size(); ++k) {
+      const unsigned kind = dark && int(k % w) < w - 8 ? 4 : rng() % 4;
+      src[k] = kind == 0 ? 0 : (kind == 1 ? 255 : (kind == 4 ? (k % w == 0 ? 200 : 0) : Kel8u(rng())));
+    }
+    ASSERT_EQ((reduce<Kel8u, Kel8u>(keliReduceBits_8u_C1R, src, w, h, 1, kFs, levels)),
+              (rowByRow<D8u, false>(src, w, h, levels, 0, kFs)))
+        << w << "x" << h << " levels " << levels;
+  }
+  ThreadScope threads(1);
+  for (size_t i = 0; i < 4; ++i) checkPaths(member(entries()[i], kFs, 0, 2 + int(i) * 60), 6, 120, 40);
+}
+
 TEST(ReduceBits, DiffusionEqualsTheRowByRowDefinition) {
   using namespace kel::reduce;
   checkRowByRow<D8u>(keliReduceBits_8u_C1R, false);
