@@ -113,13 +113,28 @@ TEST(ReduceBits, VectorBodiesEqualScalar) {
 }
 
 // 8u ordered dither without noise goes through a table of the call on large
-// images (AVX-512 VBMI): every layout, level counts that put level edges at
-// both halves of the table, widths whose rows end anywhere in a vector,
-// heights below and above the four row phases.
+// images (AVX-512 VBMI, 2^17 samples and more): every layout, level counts
+// that put level edges in both halves of the table, widths whose rows end
+// anywhere in a vector, heights below and above the four row phases.
 TEST(ReduceBits, OrderedTableEqualsScalar) {
   ThreadScope threads(1);
   for (int levels : {2, 5, 129, 256})
-    for (size_t i = 0; i < 4; ++i) checkPaths(member(entries()[i], kBayer, 0, levels), 3, 12000, 7);
+    for (size_t i = 0; i < 4; ++i) {
+      checkPaths(member(entries()[i], kBayer, 0, levels), 2, 20000 + 997 * levels, 40);
+    }
+  // Fewer rows than row phases.
+  std::mt19937 rng(3);
+  for (int h = 1; h <= 3; ++h) {
+    const int w = 50000 + 61 * h;
+    std::vector<Kel8u> src(size_t(w) * h * 3);
+    for (auto& v : src) v = Kel8u(rng());
+    std::vector<Kel8u> want;
+    {
+      IsaScope scalar(kel::Isa::Scalar);
+      want = reduce<Kel8u, Kel8u>(keliReduceBits_8u_C3R, src, w, h, 3, kBayer, 6);
+    }
+    EXPECT_EQ((reduce<Kel8u, Kel8u>(keliReduceBits_8u_C3R, src, w, h, 3, kBayer, 6)), want) << h;
+  }
 }
 
 // The check list in its order; a method above 4 returns at once, reading nothing.
