@@ -512,10 +512,11 @@ void checkRowByRow(Fn<typename Dp::S, typename Dp::D> f, bool floatSrc) {
 }
 }  // namespace
 
-// 8u Floyd-Steinberg runs sixteen rows per vector on AVX-512 processors:
-// streams of 16 rows and more, any width (one pixel too), samples that
-// saturate at both ends and long dark runs whose errors fade to subnormal
-// floats, against the row-by-row definition and through the harness.
+// 8u Floyd-Steinberg runs sixteen rows per vector on AVX-512 processors,
+// with and without noise: streams of 16 rows and more, any width (one pixel
+// too), samples that saturate at both ends and long dark runs whose errors
+// fade to subnormal floats, against the row-by-row definition and through
+// the harness.
 TEST(ReduceBits, DiffusionSixteenRowsEqualTheDefinition) {
   using namespace kel::reduce;
   std::mt19937 rng(5);
@@ -528,12 +529,14 @@ TEST(ReduceBits, DiffusionSixteenRowsEqualTheDefinition) {
       const unsigned kind = dark && int(k % w) < w - 8 ? 4 : rng() % 4;
       src[k] = kind == 0 ? 0 : (kind == 1 ? 255 : (kind == 4 ? (k % w == 0 ? 200 : 0) : Kel8u(rng())));
     }
-    ASSERT_EQ((reduce<Kel8u, Kel8u>(keliReduceBits_8u_C1R, src, w, h, 1, kFs, levels)),
-              (rowByRow<D8u, false>(src, w, h, levels, 0, kFs)))
-        << w << "x" << h << " levels " << levels;
+    const int noise = i % 3 == 1 ? 1 + int(rng() % 100) : 0;
+    ASSERT_EQ((reduce<Kel8u, Kel8u>(keliReduceBits_8u_C1R, src, w, h, 1, kFs, levels, noise)),
+              (noise ? rowByRow<D8u, true>(src, w, h, levels, noise, kFs) : rowByRow<D8u, false>(src, w, h, levels, 0, kFs)))
+        << w << "x" << h << " levels " << levels << " noise " << noise;
   }
   ThreadScope threads(1);
-  for (size_t i = 0; i < 4; ++i) checkPaths(member(entries()[i], kFs, 0, 2 + int(i) * 60), 6, 120, 40);
+  for (size_t i = 0; i < 4; ++i)
+    for (int noise : {0, 35}) checkPaths(member(entries()[i], kFs, noise, 2 + int(i) * 60), 6, 120, 40);
 }
 
 TEST(ReduceBits, DiffusionEqualsTheRowByRowDefinition) {

@@ -175,13 +175,15 @@ KelStatus ownDiffuse(const typename Dp::S* src, ptrdiff_t srcSamples, typename D
   const int w = roi.width, h = roi.height;
   const int64_t wp = (static_cast<int64_t>(w) + 3) & ~int64_t{3};
   const int64_t rowLen = Fs ? w + 2 : wp + 4;
-  // 8u Floyd-Steinberg without noise runs sixteen rows at a time in vector
-  // lanes on AVX-512 processors (fs8u16); its skewed sample buffers follow
-  // the error rows in each worker's block.
+  // 8u Floyd-Steinberg runs sixteen rows at a time in vector lanes on
+  // AVX-512 processors (fs8u16); its skewed sample buffers (and with noise
+  // the column parts of the noise index) follow the error rows in each
+  // worker's block.
   KernFs16 fs16 = nullptr;
-  if constexpr (std::is_same_v<Dp, D8u> && Fs && !Noise)
+  if constexpr (std::is_same_v<Dp, D8u> && Fs)
     if (activeIsa() >= Isa::AVX512) fs16 = avx2::kReduceKernels.fs8u16;
-  const int64_t skewFloats = fs16 ? (2 * fsSkewBytes(w) + 3) / 4 : 0;
+  const int64_t colFloats = fs16 && Noise ? w + 62 : 0;
+  const int64_t skewFloats = fs16 ? (2 * fsSkewBytes(w) + 3) / 4 + colFloats : 0;
   const int64_t blockLen = (Fs ? 2 * rowLen : 3 * rowLen) + skewFloats;
   // The block count is a 32-bit element count; widths whose blocks would
   // not fit in it are reported as no memory.
@@ -212,12 +214,23 @@ KelStatus ownDiffuse(const typename Dp::S* src, ptrdiff_t srcSamples, typename D
         for (int r = 0; r < 16; ++r) {
           const typename Dp::S* s;
           typename Dp::D* d;
-          rowOf(j0 + r, s, d);
+          const int y = rowOf(j0 + r, s, d);
           g.s[r] = reinterpret_cast<const uint8_t*>(s);
           g.d[r] = reinterpret_cast<uint8_t*>(d);
+          g.y2[r] = static_cast<int32_t>(2u * static_cast<uint32_t>(y));
         }
         g.w = w, g.p = p, g.above = rows[j0 & 1];
         g.step = sc.step, g.inv = sc.inv, g.half = th.half;
+        if constexpr (Noise) {
+          // The column parts, with 30 cells before column 0 and 32 after the
+          // row for the lanes outside it (their thresholds go unused).
+          int32_t* col = reinterpret_cast<int32_t*>(b + (blockLen - colFloats)) + 30;
+          for (int x = 0; x < w; ++x)
+            col[x] = static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint16_t>(nz.tabI()[x & 1023])) +
+                                          static_cast<uint32_t>(x));
+          g.noiseF = nz.tabF();
+          g.colBase = col;
+        }
         g.skew = reinterpret_cast<uint8_t*>(b + (blockLen - skewFloats));
         fs16(g);
         j0 += 16;

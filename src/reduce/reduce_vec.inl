@@ -265,8 +265,10 @@ int64_t bayerLut8u(const uint8_t* s, uint8_t* d, int64_t n, int p, bool ac4, con
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#pragma GCC diagnostic ignored "-Wuninitialized"
 #endif
-__attribute__((target("avx512f,avx512bw,avx512vl"))) void fs8u16(const FsGroup16& g) {
+template <bool Noise>
+__attribute__((target("avx512f,avx512bw,avx512vl"))) void fs8u16Run(const FsGroup16& g) {
   const int w = g.w, p = g.p, steps = w + 30;
   uint8_t* in = g.skew;
   uint8_t* out = g.skew + fsSkewBytes(w);
@@ -282,6 +284,8 @@ __attribute__((target("avx512f,avx512bw,avx512vl"))) void fs8u16(const FsGroup16
                half = _mm512_set1_ps(g.half), top = _mm512_set1_ps(255.0f), zero = _mm512_setzero_ps();
   const __m512i lane2 = _mm512_set_epi32(30, 28, 26, 24, 22, 20, 18, 16, 14, 12, 10, 8, 6, 4, 2, 0);
   const __m512i vw = _mm512_set1_epi32(w), k255 = _mm512_set1_epi32(255), izero = _mm512_setzero_si512();
+  const __m512i colPick = _mm512_sub_epi32(_mm512_set1_epi32(30), lane2), k1023 = _mm512_set1_epi32(1023);
+  const __m512i y2 = _mm512_loadu_si512(g.y2);
   // Errors of step t - 1 and the above vectors of steps t - 1 and t - 2.
   __m512 e = zero;
   __m512 pAbove = _mm512_castsi512_ps(
@@ -298,7 +302,14 @@ __attribute__((target("avx512f,avx512bw,avx512vl"))) void fs8u16(const FsGroup16
     const __m512 a = _mm512_add_ps(work, _mm512_mul_ps(sum, k16));
     const __m512 q = _mm512_mul_ps(_mm512_cvtepi32_ps(_mm512_cvttps_epi32(_mm512_mul_ps(a, inv))), step);
     const __m512 stay = _mm512_sub_ps(a, q);
-    const __mmask16 up = _mm512_cmp_ps_mask(half, stay, _CMP_LT_OQ);
+    __m512 thr = half;
+    if constexpr (Noise) {
+      // colBase[t - 2r] for lane r out of the 32 values from t - 30 on.
+      const __m512i cols = _mm512_permutex2var_epi32(_mm512_loadu_si512(g.colBase + t - 30), colPick,
+                                                     _mm512_loadu_si512(g.colBase + t - 14));
+      thr = _mm512_i32gather_ps(_mm512_and_si512(_mm512_add_epi32(cols, y2), k1023), g.noiseF, 4);
+    }
+    const __mmask16 up = _mm512_cmp_ps_mask(thr, stay, _CMP_LT_OQ);
     const __m512 qUp = _mm512_add_ps(q, step);
     const __m512 level = _mm512_mask_blend_ps(up, q, qUp);
     const __m512 err = _mm512_mask_blend_ps(up, stay, _mm512_sub_ps(a, qUp));
@@ -326,6 +337,7 @@ __attribute__((target("avx512f,avx512bw,avx512vl"))) void fs8u16(const FsGroup16
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic pop
 #endif
+void fs8u16(const FsGroup16& g) { g.noiseF ? fs8u16Run<true>(g) : fs8u16Run<false>(g); }
 #undef KEL_WIDE_TARGET
 #endif
 
