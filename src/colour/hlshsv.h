@@ -40,6 +40,9 @@ extern const HlsHsvKernels kHlsHsvKernels;
 namespace avx2 {
 extern const HlsHsvKernels kHlsHsvKernels;
 }
+namespace avx512 {
+extern const HlsHsvKernels kHlsHsvKernels;
+}
 
 namespace {
 namespace hlshsv {

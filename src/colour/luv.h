@@ -52,6 +52,9 @@ extern const LuvKernels kLuvKernels;
 namespace avx2 {
 extern const LuvKernels kLuvKernels;
 }
+namespace avx512 {
+extern const LuvKernels kLuvKernels;
+}
 
 namespace {
 namespace luv {

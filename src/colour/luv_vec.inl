@@ -1,6 +1,7 @@
 // Vector forms of RGB <-> LUV, written once on the lane words and compiled
 // per instruction set. Each is the lane-wise form of the scalar definition
 // of the same name in luv.h, operation for operation.
+// kelcc-isa: avx512
 #include "colour/luvlab_vec.h"
 
 namespace kel {
@@ -25,7 +26,7 @@ struct Fwd8u {
     L = V::srai32<2>(F::add32(e, F::set32(2)));
     const f Lf = F::mul(F::cvt(e), k1(0.25f));
     const f W = F::add(F::add(X1, F::mul(k1(3.0f), Z1)), F::mul(k1(15.0f), Y1));
-    const f black = F::asf(eqi(j, F::set32(0)));
+    const m black = eqi(j, F::set32(0));
     const f up = sel(black, div(F::mul(k1(4.0f), X1), W), F::zero());
     const f vp = sel(black, div(F::mul(k1(9.0f), Y1), W), F::zero());
     const fi low = F::set32(0xFF);
@@ -129,7 +130,7 @@ struct Inv32f {
     const f Tv = div(y, vq);
     const f Xv = mulF(uq, Tv);
     const f Zv = subF(subF(F::mul(k1(3.0f), Tv), F::mul(k1(5.0f), y)), div(Xv, k1(3.0f)));
-    const f black = lt(L, k1(9e-5f));
+    const m black = lt(L, k1(9e-5f));
     R = sel(black, limit01(subF(subF(mulk(Xv, 3.240479f), mulk(y, 1.53715f)), mulk(Zv, 0.498535f))), F::zero());
     G = sel(black, limit01(addF(subF(mulk(y, 1.875991f), mulk(Xv, 0.969256f)), mulk(Zv, 0.041556f))), F::zero());
     B = sel(black, limit01(addF(subF(mulk(Xv, 0.055648f), mulk(y, 0.204043f)), mulk(Zv, 1.057311f))), F::zero());

@@ -25,6 +25,9 @@ extern const XyzKernels kXyzKernels;
 namespace avx2 {
 extern const XyzKernels kXyzKernels;
 }
+namespace avx512 {
+extern const XyzKernels kXyzKernels;
+}
 
 namespace {
 namespace xyz {

@@ -1,6 +1,7 @@
 // Vector bodies of RGB <-> XYZ, written once on the lane words and compiled
 // per instruction set. Each is the lane-wise form of the scalar definition
 // of the same name in xyz.h.
+// kelcc-isa: avx512
 #include "colour/colour_vec.h"
 #include "colour/xyz.h"
 

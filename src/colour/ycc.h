@@ -26,6 +26,9 @@ extern const YccKernels kYccKernels;
 namespace avx2 {
 extern const YccKernels kYccKernels;
 }
+namespace avx512 {
+extern const YccKernels kYccKernels;
+}
 
 namespace {
 namespace ycc {

@@ -1,6 +1,7 @@
 // Vector bodies of RGB <-> YCC, written once on the lane words and compiled
 // per instruction set. Each is the lane-wise form of the scalar definition
 // of the same name in ycc.h.
+// kelcc-isa: avx512
 #include "colour/colour_vec.h"
 #include "colour/ycc.h"
 
