@@ -42,6 +42,7 @@ extern const HlsHsvKernels kHlsHsvKernels;
 }
 namespace avx512 {
 extern const HlsHsvKernels kHlsHsvKernels;
+extern const HlsHsvKernels kHlsHsvKernelsVbmi;  // 8u C3 bodies by VBMI permutes
 }
 
 namespace {

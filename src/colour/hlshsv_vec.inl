@@ -347,13 +347,12 @@ constexpr Kern3 fwd3 = kern3<In, Out, BgrHlsB>;
 template <Lay In, Lay Out>
 constexpr Kern3 inv3 = kern3<In, Out, HlsBgrB>;
 
-}  // namespace
-
-extern const HlsHsvKernels kHlsHsvKernels = {
-    kern8<3, HlsB8>,
-    kern8<4, HlsB8>,
-    kern8<3, RgbB8>,
-    kern8<4, RgbB8>,
+template <bool Vb>
+constexpr HlsHsvKernels kTable = {
+    kern8For<3, HlsB8, Vb>(),
+    kern8For<4, HlsB8, Vb>(),
+    kern8For<3, RgbB8, Vb>(),
+    kern8For<4, RgbB8, Vb>(),
     kernF<uint16_t, 3, HlsB16<uint16_t>, OutNear<true>>,
     kernF<uint16_t, 4, HlsB16<uint16_t>, OutNear<true>>,
     kernF<uint16_t, 3, RgbB16, OutNear<true>>,
@@ -366,10 +365,10 @@ extern const HlsHsvKernels kHlsHsvKernels = {
     kernF<float, 4, Hls32f, OutF>,
     kernF<float, 3, RgbB32f, OutF>,
     kernF<float, 4, RgbB32f, OutF>,
-    kern8<3, HsvB8>,
-    kern8<4, HsvB8>,
-    kern8<3, HsvRgbB8>,
-    kern8<4, HsvRgbB8>,
+    kern8For<3, HsvB8, Vb>(),
+    kern8For<4, HsvB8, Vb>(),
+    kern8For<3, HsvRgbB8, Vb>(),
+    kern8For<4, HsvRgbB8, Vb>(),
     kernF<uint16_t, 3, HsvFwd<Rcp::N, false>, OutNear<true>>,
     kernF<uint16_t, 4, HsvFwd<Rcp::N, false>, OutNear<true>>,
     kernF<uint16_t, 3, HsvInv<false>, OutNear<false>>,
@@ -379,6 +378,10 @@ extern const HlsHsvKernels kHlsHsvKernels = {
     {inv3<Lay::P3, Lay::C3>, inv3<Lay::C3, Lay::P3>, inv3<Lay::P3, Lay::P3>, inv3<Lay::AC4, Lay::P4A>,
      inv3<Lay::P3, Lay::C4Ap>, inv3<Lay::P3, Lay::P4Ap>},
 };
+
+}  // namespace
+
+KEL_COLOUR_TABLES(HlsHsvKernels, kHlsHsvKernels, kTable)
 
 }  // namespace KEL_ISA_NS
 }  // namespace kel

@@ -54,6 +54,7 @@ extern const LuvKernels kLuvKernels;
 }
 namespace avx512 {
 extern const LuvKernels kLuvKernels;
+extern const LuvKernels kLuvKernelsVbmi;  // 8u C3 bodies by VBMI permutes
 }
 
 namespace {

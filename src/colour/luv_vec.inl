@@ -139,19 +139,18 @@ struct Inv32f {
 
 using luv::Guard;
 
-}  // namespace
-
-extern const LuvKernels kLuvKernels = {
-    kern8<3, Fwd8u>,
-    kern8<4, Fwd8u>,
+template <bool Vb>
+constexpr LuvKernels kTable = {
+    kern8For<3, Fwd8u, Vb>(),
+    kern8For<4, Fwd8u, Vb>(),
     kernI<uint16_t, 3, Fwd16>,
     kernI<uint16_t, 4, Fwd16>,
     kernI<int16_t, 3, Fwd16>,
     kernI<int16_t, 4, Fwd16>,
     kernF<float, 3, Fwd32f, OutF>,
     kernF<float, 4, Fwd32f, OutF>,
-    kern8<3, InvBody8>,
-    kern8<4, InvBody8>,
+    kern8For<3, InvBody8, Vb>(),
+    kern8For<4, InvBody8, Vb>(),
     kernI<uint16_t, 3, InvBody<uint16_t, Guard::Sample>>,
     kernI<uint16_t, 4, InvBody<uint16_t, Guard::Sample8>>,
     kernI<int16_t, 3, InvBody<int16_t, Guard::Scaled>>,
@@ -159,6 +158,10 @@ extern const LuvKernels kLuvKernels = {
     kernF<float, 3, Inv32f, OutF>,
     kernF<float, 4, Inv32f, OutF>,
 };
+
+}  // namespace
+
+KEL_COLOUR_TABLES(LuvKernels, kLuvKernels, kTable)
 
 }  // namespace KEL_ISA_NS
 }  // namespace kel

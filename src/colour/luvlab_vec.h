@@ -26,8 +26,17 @@ inline m eqi(fi a, fi b) { return F::cmpeqi(a, b); }
 inline fi seli(m c, fi no, fi yes) { return F::selecti(c, yes, no); }
 inline f gather(const float* t, fi k) { return F::gather(t, k); }
 inline fi gatheri(const int32_t* t, fi k) { return F::gatheri(t, k); }
-inline f gatherC(fi k) { return gather(POW_LUV.c, k); }
-inline f gatherD(fi k) { return gather(POW_LUV.d, k); }
+// The cube-root anchors by k, which is 0..128 wherever they are read (the
+// forms limit or scale their index so). AVX-512 reads them from registers.
+#if KEL_ISA == KEL_ISA_AVX512
+inline f anchor(const float* t, fi k) {
+  return F::select(F::cmpeqi(k, F::set32(128)), F::set1(t[128]), F::lookup128(t, k));
+}
+#else
+inline f anchor(const float* t, fi k) { return gather(t, k); }
+#endif
+inline f gatherC(fi k) { return anchor(POW_LUV.c, k); }
+inline f gatherD(fi k) { return anchor(POW_LUV.d, k); }
 inline f k1(float x) { return F::set1(x); }
 // |a| <= b, NaN false.
 inline m absLe(f a, f b) { return le(F::asf(F::and_(F::asi(a), F::set32(0x7FFFFFFF))), b); }

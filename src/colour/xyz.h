@@ -27,6 +27,7 @@ extern const XyzKernels kXyzKernels;
 }
 namespace avx512 {
 extern const XyzKernels kXyzKernels;
+extern const XyzKernels kXyzKernelsVbmi;  // 8u C3 bodies by VBMI permutes
 }
 
 namespace {

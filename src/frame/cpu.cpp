@@ -30,4 +30,9 @@ Isa activeIsa() {
 
 void setIsaLimit(Isa limit) { t_limit = limit; }
 
+bool activeVbmi() {
+  static const bool vbmi = cpuIsa() >= Isa::AVX512 && __builtin_cpu_supports("avx512vbmi");
+  return vbmi && activeIsa() >= Isa::AVX512;
+}
+
 }  // namespace kel

@@ -18,6 +18,10 @@ Isa cpuIsa();
 // lowered the limit.
 Isa activeIsa();
 
+// True where the active path is AVX-512 and the processor has VBMI (byte
+// permutes across the register), which some AVX-512 kernels use.
+bool activeVbmi();
+
 // Internal interface for tests and benchmarks of the static build: limit the
 // calling thread's path (Isa::AVX512 lifts the limit). Not exported.
 void setIsaLimit(Isa limit);

@@ -522,6 +522,66 @@ struct V {
 };
 #endif
 
+#if KEL_ISA == KEL_ISA_AVX512
+// ---- AVX-512 VBMI: three-byte pixels by byte permutes across the register ----
+// The channel vectors of 64 pixels are the lane model's own (lane k holds
+// pixels 16k..16k+15), so these words stand in for loadC3 / storeC3 in
+// kernels marked KEL_VBMI, which run only where activeVbmi() holds: three
+// 64-byte loads or stores and two permutes per vector instead of 12 partial
+// moves and 9 + 9 shuffles.
+#define KEL_VBMI __attribute__((target("avx512vbmi")))
+struct Idx64 {
+  alignas(64) uint8_t b[64];
+  uint64_t m;  // the bytes the second permute writes
+};
+// Channel ch of 64 pixels from bytes 0..127 (first permute) and 128..191.
+constexpr Idx64 vbmiC3Get(int ch, bool high) {
+  Idx64 x{};
+  for (int j = 0; j < 64; ++j) {
+    const int s = 3 * j + ch;
+    x.b[j] = static_cast<uint8_t>(high ? (s - 128) & 63 : s & 127);
+    if (s >= 128) x.m |= uint64_t{1} << j;
+  }
+  return x;
+}
+// Output block k (bytes 64k..64k+63): channels 0 and 1 by the first permute,
+// channel 2 by the second.
+constexpr Idx64 vbmiC3Put(int k, bool high) {
+  Idx64 x{};
+  for (int i = 0; i < 64; ++i) {
+    const int g = 64 * k + i, ch = g % 3, px = g / 3;
+    x.b[i] = static_cast<uint8_t>(high ? px : px | (ch == 1 ? 64 : 0));
+    if (ch == 2) x.m |= uint64_t{1} << i;
+  }
+  return x;
+}
+inline constexpr Idx64 kVbmiGet[3][2] = {{vbmiC3Get(0, false), vbmiC3Get(0, true)},
+                                          {vbmiC3Get(1, false), vbmiC3Get(1, true)},
+                                          {vbmiC3Get(2, false), vbmiC3Get(2, true)}};
+inline constexpr Idx64 kVbmiPut[3][2] = {{vbmiC3Put(0, false), vbmiC3Put(0, true)},
+                                          {vbmiC3Put(1, false), vbmiC3Put(1, true)},
+                                          {vbmiC3Put(2, false), vbmiC3Put(2, true)}};
+KEL_VBMI inline void loadC3Vbmi(const uint8_t* p, V::v& c0, V::v& c1, V::v& c2) {
+  const V::v a = _mm512_loadu_si512(p), b = _mm512_loadu_si512(p + 64), c = _mm512_loadu_si512(p + 128);
+  V::v out[3];
+  for (int ch = 0; ch < 3; ++ch) {
+    const Idx64& lo = kVbmiGet[ch][0];
+    const Idx64& hi = kVbmiGet[ch][1];
+    out[ch] = _mm512_mask_permutexvar_epi8(_mm512_permutex2var_epi8(a, _mm512_load_si512(lo.b), b), hi.m,
+                                           _mm512_load_si512(hi.b), c);
+  }
+  c0 = out[0], c1 = out[1], c2 = out[2];
+}
+KEL_VBMI inline void storeC3Vbmi(uint8_t* p, V::v c0, V::v c1, V::v c2) {
+  for (int k = 0; k < 3; ++k) {
+    const Idx64& lo = kVbmiPut[k][0];
+    const Idx64& hi = kVbmiPut[k][1];
+    _mm512_storeu_si512(p + 64 * k, _mm512_mask_permutexvar_epi8(_mm512_permutex2var_epi8(c0, _mm512_load_si512(lo.b), c1),
+                                                                 hi.m, _mm512_load_si512(hi.b), c2));
+  }
+}
+#endif
+
 // ---- in-lane byte masks built at compile time -----------------------------
 struct Mask16 {
   alignas(16) int8_t b[16];

@@ -272,6 +272,14 @@ struct F {
   static f zeroIf(m k, f a) { return _mm512_maskz_mov_ps(static_cast<m>(~k), a); }
   static f gather(const float* t, i k) { return _mm512_i32gather_ps(k, t, 4); }
   static i gatheri(const int32_t* t, i k) { return _mm512_i32gather_epi32(k, t, 4); }
+  // t[k mod 128] from registers: two-table permutes on the low five bits of
+  // k, then bits 5 and 6 choose. Far cheaper than a gather of 16 elements.
+  static f lookup128(const float* t, i k) {
+    auto two = [&](int o) { return _mm512_permutex2var_ps(_mm512_loadu_ps(t + o), k, _mm512_loadu_ps(t + o + 16)); };
+    const m b5 = _mm512_test_epi32_mask(k, _mm512_set1_epi32(32)), b6 = _mm512_test_epi32_mask(k, _mm512_set1_epi32(64));
+    const f lo = _mm512_mask_blend_ps(b5, two(0), two(32)), hi = _mm512_mask_blend_ps(b5, two(64), two(96));
+    return _mm512_mask_blend_ps(b6, lo, hi);
+  }
 
   static i cvtt(f a) { return _mm512_cvttps_epi32(a); }
   static i cvtn(f a) { return _mm512_cvtps_epi32(a); }  // under the caller's rounding mode, as cvtps2dq
