@@ -67,17 +67,18 @@ struct HlsFwd {
   }
 };
 
-// 32f, true divisions.
+// 32f, true divisions. Where the branches divide different operands in the
+// same way, each lane picks its operands first and one division serves all
+// (the same operations on the same values per lane; divisions are the cost).
 struct Hls32f {
   static void vec(f R, f G, f B, f& H, f& L, f& S) {
     const f mx = F::max(F::max(R, G), B), mn = F::min(F::min(R, G), B);
     const f D = sub(mx, mn), U = add(mx, mn);
     const m gray = cmple(D, k(1.1920929e-7f));
-    S = zeroIf(gray, sel(cmple(mul(k(0.5f), U), k(0.5f)), div(D, U), div(D, sub(k(2.0f), U))));
-    const f hR = div(mul(k(60.0f), sub(G, B)), D);
-    const f hG = add(k(120.0f), div(mul(k(60.0f), sub(B, R)), D));
-    const f hB = add(k(240.0f), div(mul(k(60.0f), sub(R, G)), D));
-    f hue = sel(cmpeq(mx, R), hR, sel(cmpeq(mx, G), hG, hB));
+    S = zeroIf(gray, div(D, sel(cmple(mul(k(0.5f), U), k(0.5f)), U, sub(k(2.0f), U))));
+    const m isR = cmpeq(mx, R), isG = cmpeq(mx, G);
+    const f q = div(mul(k(60.0f), sel(isR, sub(G, B), sel(isG, sub(B, R), sub(R, G)))), D);
+    f hue = sel(isR, q, sel(isG, add(k(120.0f), q), add(k(240.0f), q)));
     hue = sel(cmplt(hue, F::zero()), add(hue, k(360.0f)), hue);
     H = zeroIf(gray, div(hue, k(360.0f)));
     L = mul(k(0.5f), U);

@@ -121,8 +121,11 @@ struct InvBody8 {
 // ---- LUV -> RGB, 32f: true divisions, limits.
 struct Inv32f {
   static void vec(f L, f U, f V, f& R, f& G, f& B) {
-    const f t = div(F::add(L, k1(16.0f)), k1(116.0f));
-    const f y = sel(le(k1(7.9996247f), L), div(L, k1(903.3f)), F::mul(F::mul(t, t), t));
+    // t = (L + 16) / 116 above the knee, L / 903.3 below: one division of
+    // the operands each lane takes.
+    const m cube = le(k1(7.9996247f), L);
+    const f t = div(sel(cube, L, F::add(L, k1(16.0f))), sel(cube, k1(903.3f), k1(116.0f)));
+    const f y = sel(cube, t, F::mul(F::mul(t, t), t));
     const f L13 = F::mul(k1(13.0f), L);
     const f uq = F::mul(F::add(k1(0.197839f), div(U, L13)), k1(2.25f));
     f vq = F::add(k1(0.468342f), div(V, L13));
