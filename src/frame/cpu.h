@@ -26,6 +26,10 @@ bool activeVbmi();
 // calling thread's path (Isa::AVX512 lifts the limit). Not exported.
 void setIsaLimit(Isa limit);
 
+// Internal, for tests: with `allow` false, activeVbmi() is false on the
+// calling thread, and AVX-512 kernels take their forms without VBMI.
+void setVbmiLimit(bool allow);
+
 // Picks the entry for the active path from a table ordered scalar, SSE4.1,
 // AVX2, AVX-512; a null entry falls back to the next narrower one.
 template <class T>
