@@ -59,7 +59,11 @@ Member member(const Entry& e, KelDitherType t, int noise, int levels) {
            {full(e.px * e.sb)},
            {full(e.px * e.db)},
            [e, t, noise, levels](Call& c) {
-             return e.f(c.s(0), c.ss(0), c.d(0), c.ds(0), c.roi(), noise, t, levels);
+             const int n = c.param(noise);
+             // 0 to 7: the values a C++ caller can hold in the enumeration
+             // (5 to 7 are the methods above 4, which do nothing).
+             const auto type = static_cast<KelDitherType>(c.param(int32_t(t)) & 7);
+             return e.f(c.s(0), c.ss(0), c.d(0), c.ds(0), c.roi(), n, type, c.param(levels));
            }};
   m.sampleBytes = std::max(e.sb, e.db);
   m.finiteFloats = e.floatSrc;
@@ -76,7 +80,22 @@ std::vector<D> reduce(Fn<S, D> f, const std::vector<S>& src, int w, int h, int p
   return dst;
 }
 
+// Every member under three methods, for the tests that take all members
+// (the fuzzer also puts other methods, levels and noise in their place).
+std::vector<Member> registered() {
+  std::vector<Member> v;
+  const struct {
+    KelDitherType t;
+    int noise, levels;
+  } methods[] = {{kNone, 0, 7}, {kBayer, 40, 3}, {kFs, 25, 6}};
+  for (const Entry& e : entries())
+    for (const auto& mt : methods) v.push_back(member(e, mt.t, mt.noise, mt.levels));
+  return v;
+}
+
 }  // namespace
+
+KT_MEMBERS(registered);
 
 // ---- every member, method and depth pair through the harness ------------------
 TEST(ReduceBits, GuardsErrorsAndPaths) {
