@@ -238,6 +238,12 @@ struct IsaScope {
   explicit IsaScope(kel::Isa isa) { kel::setIsaLimit(isa); }
   ~IsaScope() { kel::setIsaLimit(kel::Isa::AVX512); }
 };
+// The AVX-512 path without VBMI (the forms an AVX-512 processor without
+// byte permutes runs) for the life of the object.
+struct NoVbmiScope {
+  NoVbmiScope() { kel::setVbmiLimit(false); }
+  ~NoVbmiScope() { kel::setVbmiLimit(true); }
+};
 // The thread count for the life of the object.
 struct ThreadScope {
   explicit ThreadScope(int n) { kelSetNumThreads(n); }
