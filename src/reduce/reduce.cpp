@@ -63,7 +63,7 @@ KelStatus ownNo(const typename Dp::S* src, int srcStep, typename Dp::D* dst, int
 // table (up to 4096 evaluations, some 7 us) pays from about 80000 samples
 // on; calls below 2^17 samples keep the computed path. Both give the same
 // bytes.
-inline bool wideLookUp() { return activeIsa() >= Isa::AVX512 && __builtin_cpu_supports("avx512vbmi"); }
+inline bool wideLookUp() { return activeVbmi(); }
 constexpr int64_t kTableMinSamples = 1 << 17;
 
 bool bayerByTable(const Kel8u* src, ptrdiff_t srcBytes, Kel8u* dst, ptrdiff_t dstBytes, KeliSize roi, Scale sc,

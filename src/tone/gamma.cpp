@@ -46,7 +46,7 @@ inline void mapRow(const uint8_t* s, uint8_t* d, int x, int n, bool ac4, Map&& f
 // ---- 8u: the constant tables --------------------------------------------------
 // The byte-permute look-up needs AVX-512 VBMI besides the AVX-512 level that
 // the processor check gives (and that a test may lower).
-inline bool wideLookUp() { return activeIsa() >= Isa::AVX512 && __builtin_cpu_supports("avx512vbmi"); }
+inline bool wideLookUp() { return activeVbmi(); }
 
 Chain<KernLut> lookUpChain(bool ac4) {
   if (wideLookUp()) return {{ac4 ? avx2::kGammaKernels.lutWideAC4 : avx2::kGammaKernels.lutWide, nullptr}};

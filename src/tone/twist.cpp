@@ -59,7 +59,7 @@ inline void runPixels(const Chain<TwistKern>& chain, TwistKern scalar, const Twi
 // 8u C3 rows go first through 64-pixel blocks where the processor has
 // AVX-512 VBMI (the byte permutes), then the AVX2 kernel, then the scalar
 // definition; the blocks give the bytes of the other paths.
-inline bool wideBytes() { return activeIsa() >= Isa::AVX512 && __builtin_cpu_supports("avx512vbmi"); }
+inline bool wideBytes() { return activeVbmi(); }
 
 template <class T, TwistLayout L>
 void myTwist(const Row3& base, int srcStep, int dstStep, KeliSize roi, const Kel32f* t) {
