@@ -13,12 +13,13 @@
 
 namespace {
 
-// Our call on one thread, whatever the team size of the process.
+// Our call on the run's thread count (kb::threads), whatever the team size
+// of the process.
 template <class F>
 std::function<void()> oneThread(F f) {
   return [f] {
     const int before = kelGetNumThreads();
-    kelSetNumThreads(1);
+    kelSetNumThreads(kb::threads());
     f();
     kelSetNumThreads(before);
   };
@@ -26,7 +27,7 @@ std::function<void()> oneThread(F f) {
 
 void registerGrids() {
   using namespace kb;
-  constexpr int cw = kW / 2, qw = kW / 4;
+  const int cw = (kW + 1) / 2, qw = (kW + 3) / 4;  // room for an odd width
   static Plane y(kW, kH, 1), c422a(cw, kH, 2), c422b(cw, kH, 3), c420a(cw, kH / 2, 4), c420b(cw, kH / 2, 5);
   static Plane c411a(qw, kH, 6), c411b(qw, kH, 7), c1620a(qw, kH / 4, 8), c1620b(qw, kH / 4, 9), c2(2 * kW, kH, 10);
   static Plane oy(kW, kH, 11), o422a(cw, kH, 12), o422b(cw, kH, 13), o420a(cw, kH / 2, 14), o420b(cw, kH / 2, 15);
