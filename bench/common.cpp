@@ -64,10 +64,18 @@ std::vector<const Region*> touchedBy(size_t first, size_t last, const std::funct
     rs[i]->touched.store(false);
     mprotect(reinterpret_cast<void*>(rs[i]->lo), rs[i]->hi - rs[i]->lo, PROT_NONE);
   }
-  body();
-  for (size_t i = first; i < last; ++i)
-    mprotect(reinterpret_cast<void*>(rs[i]->lo), rs[i]->hi - rs[i]->lo, PROT_READ | PROT_WRITE);
-  sigaction(SIGSEGV, &gPrevious, nullptr);
+  auto release = [&] {
+    for (size_t i = first; i < last; ++i)
+      mprotect(reinterpret_cast<void*>(rs[i]->lo), rs[i]->hi - rs[i]->lo, PROT_READ | PROT_WRITE);
+    sigaction(SIGSEGV, &gPrevious, nullptr);
+  };
+  try {
+    body();
+  } catch (...) {
+    release();
+    throw;
+  }
+  release();
   std::vector<const Region*> out;
   for (size_t i = first; i < last; ++i)
     if (rs[i]->touched.load()) out.push_back(rs[i].get());
