@@ -61,8 +61,8 @@ if ((quick)); then
   time_small=0.002
 else
   reps=3
-  time_big=0.03
-  time_small=0.01
+  time_big=0.02
+  time_small=0.005
 fi
 
 configs=()
