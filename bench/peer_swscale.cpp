@@ -30,6 +30,7 @@ struct Image {
     const AVPixFmtDescriptor* d = av_pix_fmt_desc_get(fmt);
     const int n = av_pix_fmt_count_planes(fmt);
     for (int i = 0; i < n; ++i) {
+      lines[i] = FFALIGN(lines[i], 64);  // ffmpeg's own frames have aligned rows; its SIMD relies on them
       const int rows = (i == 1 || i == 2) ? AV_CEIL_RSHIFT(kb::kH, d->log2_chroma_h) : kb::kH;
       planes.emplace_back(std::make_unique<kb::Plane>(lines[i], rows, seed + i));
       frame->data[i] = planes.back()->p;
