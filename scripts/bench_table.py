@@ -106,42 +106,29 @@ def analyse(runs, threaded):
                        ref_name=ref_name, flags=[], goals={})
             row["vs_peer"] = ours / row["peer"] if row["peer"] else None
             row["vs_ref"] = ours / ref if ref else None
-            # Goal: ahead of the best peer.
+
+            def goal(name, ok, flag):
+                row["goals"][name] = ok
+                if not ok:
+                    row["flags"].append(flag)
+
             if row["vs_peer"] is not None:
-                ok = row["vs_peer"] >= 1.0
-                row["goals"]["peer"] = ok
-                if not ok:
-                    row["flags"].append(f"behind {best}")
-            # Goal: moves at 90% of memcpy.
+                goal("peer", row["vs_peer"] >= 1.0, f"behind {best}")
             if MOVES.match(group) and row["vs_ref"] is not None:
-                ok = row["vs_ref"] >= MOVE_GOAL
-                row["goals"]["move"] = ok
-                if not ok:
-                    row["flags"].append(f"move <{MOVE_GOAL:.0%} {ref_name}")
-            # Goal: colour models at 3x OpenCV.
+                goal("move", row["vs_ref"] >= MOVE_GOAL, f"move <{MOVE_GOAL:.0%} {ref_name}")
             if MODELS.search(group) and "opencv" in m:
                 r = ours / m["opencv"]
-                ok = r >= MODEL_GOAL
-                row["goals"]["model"] = ok
-                if not ok:
-                    row["flags"].append(f"model {r:.2f}x<{MODEL_GOAL:g}x opencv")
-            # Goal: full-resolution RGB <-> YUV at 45% of memcpy.
+                goal("model", r >= MODEL_GOAL, f"model {r:.2f}x<{MODEL_GOAL:g}x opencv")
             if FULLRES.match(group) and row["vs_ref"] is not None:
-                ok = row["vs_ref"] >= FULLRES_GOAL
-                row["goals"]["fullres"] = ok
-                if not ok:
-                    row["flags"].append(f"<{FULLRES_GOAL:.0%} memcpy")
+                goal("fullres", row["vs_ref"] >= FULLRES_GOAL, f"<{FULLRES_GOAL:.0%} memcpy")
             # Goal: two threads at 1.8x one thread.
             one = runs.get((cache, w, h, 1), {}).get(group, {}).get(OURS)
             is_threaded = (group in threaded or ALWAYS_THREADED.match(group)) and not NOT_THREADED.match(group)
             big_enough = w * h > 4096 and w >= 192 and h >= 192
             if threads == 2 and one and is_threaded and big_enough and not MOVES.match(group):
                 row["scaling"] = ours / one
-                goal = THREAD_GOAL * (0.75 if CHANNEL_WORKERS.match(group) else 1.0)
-                ok = row["scaling"] >= goal
-                row["goals"]["threads"] = ok
-                if not ok:
-                    row["flags"].append(f"2t {row['scaling']:.2f}x<{goal:.2g}x")
+                target = THREAD_GOAL * (0.75 if CHANNEL_WORKERS.match(group) else 1.0)
+                goal("threads", row["scaling"] >= target, f"2t {row['scaling']:.2f}x<{target:.2g}x")
             rows.append(row)
     return rows
 
