@@ -106,7 +106,8 @@ inline bool cold() { return config().cold; }
 // entry finds which of its family's buffers the call touches (they are
 // protected, and the first access to each is caught and recorded), and
 // before every timed call those buffers are written back and dropped from
-// every level with clflushopt (a few hundred microseconds for a 1080p frame).
+// every level with clflushopt (a few hundred microseconds for a 1080p frame;
+// KELCC_BENCH_VERBOSE=1 prints what each entry flushes).
 // The call then reads its source from memory and writes its destination
 // through cache misses, with dirty data of its predecessor already written
 // back, which is the state of a frame arriving from a decoder or a capture
@@ -184,7 +185,15 @@ inline void add(const std::string& group, const std::string& impl, size_t bytes,
           benchmark::ClobberMemory();
         }
       } else {
-        if (!*found) *touched = touchedBy(first, last, body), *found = true;
+        if (!*found) {
+          *touched = touchedBy(first, last, body), *found = true;
+          if (std::getenv("KELCC_BENCH_VERBOSE")) {
+            size_t n = 0;
+            for (const Region* r : *touched) n += r->hi - r->lo;
+            std::fprintf(stderr, "%s/%s: flushes %zu buffers, %zu bytes\n", group.c_str(), impl.c_str(),
+                         touched->size(), n);
+          }
+        }
         for (auto _ : st) {
           flush(*touched);
           const auto t0 = std::chrono::steady_clock::now();
