@@ -176,7 +176,8 @@ def write_markdown(path, rows, runs, busy, args):
                f"{model or 'unknown processor'}, {cpus} cores.\n")
     out.append("Rates are GB/s of source plus destination bytes (the median of the repetitions). "
                "*hot*: calls back to back, the frame stays in the caches; *cold*: every buffer of the call "
-               "flushed to memory (clflushopt) before each timed call. Peers run with the same thread count "
+               "flushed to memory (clflushopt) before each timed call (LibRaw processes its own copy of the mosaic, "
+               "which stays cached). Peers run with the same thread count "
                "(OpenCV's pool, swscale's slice threads, LibRaw's OpenMP team; libyuv has none). "
                "Ratios: ours over the best peer, ours over memcpy of the same bytes (memset for fills). "
                "Flags name the goals a row misses.\n")
