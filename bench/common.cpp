@@ -20,8 +20,8 @@ void onFault(int sig, siginfo_t* info, void*) {
   auto& rs = regions();
   for (size_t i = gFirst; i < gLast; ++i) {
     Region& r = *rs[i];
-    if (a >= r.lo && a < r.hi) {
-      mprotect(reinterpret_cast<void*>(r.lo), r.hi - r.lo, PROT_READ | PROT_WRITE);
+    if (a >= r.wlo && a < r.whi) {
+      mprotect(reinterpret_cast<void*>(r.wlo), r.whi - r.wlo, PROT_READ | PROT_WRITE);
       r.touched.store(true, std::memory_order_relaxed);
       return;
     }
@@ -61,12 +61,14 @@ std::vector<const Region*> touchedBy(size_t first, size_t last, const std::funct
   sigemptyset(&sa.sa_mask);
   sigaction(SIGSEGV, &sa, &gPrevious);
   for (size_t i = first; i < last; ++i) {
-    rs[i]->touched.store(false);
-    mprotect(reinterpret_cast<void*>(rs[i]->lo), rs[i]->hi - rs[i]->lo, PROT_NONE);
+    Region& r = *rs[i];
+    r.touched.store(r.whi == r.wlo);  // too small to watch: counted as touched
+    if (r.whi > r.wlo) mprotect(reinterpret_cast<void*>(r.wlo), r.whi - r.wlo, PROT_NONE);
   }
   auto release = [&] {
     for (size_t i = first; i < last; ++i)
-      mprotect(reinterpret_cast<void*>(rs[i]->lo), rs[i]->hi - rs[i]->lo, PROT_READ | PROT_WRITE);
+      if (rs[i]->whi > rs[i]->wlo)
+        mprotect(reinterpret_cast<void*>(rs[i]->wlo), rs[i]->whi - rs[i]->wlo, PROT_READ | PROT_WRITE);
     sigaction(SIGSEGV, &gPrevious, nullptr);
   };
   try {
