@@ -22,12 +22,14 @@
 #include <kelcc.h>
 #include <kelcore.h>
 
+#include <array>
 #include <climits>
 #include <cstddef>
 #include <cstring>
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <type_traits>
 #include <vector>
 
@@ -165,8 +167,12 @@ struct Image {
 
 std::string shapeStr(const py::array& a) {
   std::string s = "(";
-  for (py::ssize_t i = 0; i < a.ndim(); ++i) s += (i ? ", " : "") + std::to_string(a.shape(i));
-  return s + (a.ndim() == 1 ? ",)" : ")");
+  for (py::ssize_t i = 0; i < a.ndim(); ++i) {
+    if (i) s += ", ";
+    s += std::to_string(a.shape(i));
+  }
+  s += a.ndim() == 1 ? ",)" : ")";
+  return s;
 }
 
 int channelsOf(const py::array& a, const char* what) {
@@ -312,7 +318,7 @@ Image inputPlane(const py::object& o, const char* what, Dt dt) {
   return im;
 }
 
-std::vector<Image> outputPlanes(const py::object& out, const char* what, std::initializer_list<std::array<int, 3>> shapes,
+std::vector<Image> outputPlanes(const py::object& out, const char* what, const std::vector<std::array<int, 3>>& shapes,
                                 Dt dt) {
   std::vector<Image> r;
   if (out.is_none()) {
@@ -351,6 +357,7 @@ struct Extra {
   int noise = 0;
   KelDitherType dither = kelDitherNone;
   int levels = 0;
+  int alpha = 255;
 };
 
 using Thunk = KelStatus (*)(const void*, int, void*, int, KeliSize, const Extra&);
@@ -826,6 +833,534 @@ py::object yCoCgToBgr(const py::object& y, const py::object& co, const py::objec
   return o.arr;
 }
 
+// ------------------------------------------------------------------ layout conversions
+//
+// The subsampled, packed 16-bit, BT.709, CbYCr and chroma-grid members move
+// pictures between layouts: one interleaved image, three planes with a step
+// each (chroma planes smaller by the member's grid), three full planes with
+// one common step, or a luma plane with interleaved chroma pairs (NV12
+// style). A member is entered once as (key, source form, destination form,
+// extra arguments); the form types both describe the arrays Python passes
+// and hand the C member its pointers and steps in argument order, so one
+// generic call (convOp) serves every member.
+
+enum class Lay { C, P3, P3S, P2 };
+
+struct Side {
+  Lay lay;
+  Dt dt;
+  int c;       // channels of an interleaved image (C), 2 for the pairs of P2, else 1
+  int sx, sy;  // chroma grid of P3 / P2: luma columns and rows per chroma sample
+};
+
+struct Bufs {
+  Kel8u* p[3] = {};
+  int step[3] = {};
+};
+
+template <class T>
+constexpr Dt dtFor() {
+  return std::is_same_v<T, Kel8u> ? Dt::u8 : Dt::u16;
+}
+
+// One interleaved image of C channels of T (16-bit packed pixels: T = Kel16u, C = 1).
+template <class T, int C>
+struct FC {
+  static constexpr Side side{Lay::C, dtFor<T>(), C, 1, 1};
+  static auto in(const Bufs& b) { return std::make_tuple(reinterpret_cast<const T*>(b.p[0]), b.step[0]); }
+  static auto out(const Bufs& b) { return std::make_tuple(reinterpret_cast<T*>(b.p[0]), b.step[0]); }
+};
+// Three 8-bit planes, each with its own step; SX x SY luma pixels share a chroma sample.
+template <int SX, int SY>
+struct FP3 {
+  static constexpr Side side{Lay::P3, Dt::u8, 1, SX, SY};
+  static auto in(const Bufs& b) {
+    return std::make_tuple(static_cast<const Kel8u* const*>(b.p), static_cast<const int*>(b.step));
+  }
+  static auto out(const Bufs& b) { return std::make_tuple(const_cast<Kel8u**>(b.p), static_cast<const int*>(b.step)); }
+};
+// Three full 8-bit planes with one common step.
+struct FP3S {
+  static constexpr Side side{Lay::P3S, Dt::u8, 1, 1, 1};
+  static auto in(const Bufs& b) { return std::make_tuple(static_cast<const Kel8u* const*>(b.p), b.step[0]); }
+  static auto out(const Bufs& b) { return std::make_tuple(const_cast<Kel8u**>(b.p), b.step[0]); }
+};
+// A luma plane and a plane of interleaved chroma pairs.
+template <int SX, int SY>
+struct FP2 {
+  static constexpr Side side{Lay::P2, Dt::u8, 2, SX, SY};
+  static auto in(const Bufs& b) {
+    return std::make_tuple(static_cast<const Kel8u*>(b.p[0]), b.step[0], static_cast<const Kel8u*>(b.p[1]), b.step[1]);
+  }
+  static auto out(const Bufs& b) { return std::make_tuple(b.p[0], b.step[0], b.p[1], b.step[1]); }
+};
+
+struct NoTail {
+  static constexpr bool alpha = false;
+  static auto args(const Extra&) { return std::tuple<>(); }
+};
+struct AlphaTail {
+  static constexpr bool alpha = true;
+  static auto args(const Extra& e) { return std::make_tuple(e.alpha); }
+};
+
+using ConvThunk = KelStatus (*)(const Bufs&, const Bufs&, KeliSize, const Extra&);
+
+template <class In, class Out, class Tail, auto F>
+KelStatus conv(const Bufs& i, const Bufs& o, KeliSize r, const Extra& e) {
+  return std::apply(F, std::tuple_cat(In::in(i), Out::out(o), std::make_tuple(r), Tail::args(e)));
+}
+
+struct Variant {
+  const char* key;  // the value of `order=` that names it ("rgb", "bgr", "rgb565", ...)
+  const char* cname;
+  Side in, out;
+  bool alpha;  // takes an alpha value for a fourth output channel
+  ConvThunk fn;
+  bool positiveSteps = false;  // takes steps as unsigned numbers (or rejects those below 1)
+};
+
+#define CV(key, In, Out, Tail, f) Variant{key, #f, In::side, Out::side, Tail::alpha, &conv<In, Out, Tail, f>}
+#define CVPOS(key, In, Out, Tail, f) Variant{key, #f, In::side, Out::side, Tail::alpha, &conv<In, Out, Tail, f>, true}
+
+using C3 = FC<Kel8u, 3>;
+using C4 = FC<Kel8u, 4>;
+using C2 = FC<Kel8u, 2>;   // packed 4:2:2: two bytes a pixel
+using W16 = FC<Kel16u, 1>;  // 16-bit packed RGB: one word a pixel
+using P3S = FP3S;
+using P422 = FP3<2, 1>;
+using P420 = FP3<2, 2>;
+using P411 = FP3<4, 1>;
+using P1620 = FP3<4, 4>;
+using NV12 = FP2<2, 2>;
+using NV411 = FP2<4, 1>;
+using A = AlphaTail;
+using N = NoTail;
+
+struct ConvFn {
+  const char* name;
+  const char* doc;
+  std::vector<Variant> variants;
+};
+
+// The twelve 16-bit outputs of one source form: RGB/BGR x 565/555/444, plain and dithered.
+#define PK16(In, pre, sfx)                                                                                      \
+  CV("rgb565", In, W16, N, keli##pre##ToRGB565_8u16u_##sfx), CV("rgb555", In, W16, N, keli##pre##ToRGB555_8u16u_##sfx), \
+      CV("rgb444", In, W16, N, keli##pre##ToRGB444_8u16u_##sfx),                                                     \
+      CV("bgr565", In, W16, N, keli##pre##ToBGR565_8u16u_##sfx),                                                     \
+      CV("bgr555", In, W16, N, keli##pre##ToBGR555_8u16u_##sfx),                                                     \
+      CV("bgr444", In, W16, N, keli##pre##ToBGR444_8u16u_##sfx),                                                     \
+      CV("rgb565-dither", In, W16, N, keli##pre##ToRGB565Dither_8u16u_##sfx),                                        \
+      CV("rgb555-dither", In, W16, N, keli##pre##ToRGB555Dither_8u16u_##sfx),                                        \
+      CV("rgb444-dither", In, W16, N, keli##pre##ToRGB444Dither_8u16u_##sfx),                                        \
+      CV("bgr565-dither", In, W16, N, keli##pre##ToBGR565Dither_8u16u_##sfx),                                        \
+      CV("bgr555-dither", In, W16, N, keli##pre##ToBGR555Dither_8u16u_##sfx),                                        \
+      CV("bgr444-dither", In, W16, N, keli##pre##ToBGR444Dither_8u16u_##sfx)
+
+const std::vector<ConvFn>& convFns() {
+  static const std::vector<ConvFn> fns = {
+      // ---- analogue YUV at 4:2:2 and 4:2:0
+      {"rgb_to_yuv422", "RGB (H, W, 3), or three RGB planes, to YUV 4:2:2 planes (y, u, v).",
+       {CV("rgb", C3, P422, N, keliRGBToYUV422_8u_C3P3R), CV("rgb", P3S, P422, N, keliRGBToYUV422_8u_P3R)}},
+      {"yuv422_to_rgb", "YUV 4:2:2 planes to RGB (H, W, 3); order='rgbx': 4 channels, the fourth 0; "
+                        "'rgb-planes': three planes.",
+       {CV("rgb", P422, C3, N, keliYUV422ToRGB_8u_P3C3R), CV("rgbx", P422, C4, N, keliYUV422ToRGB_8u_P3AC4R),
+        CV("rgb-planes", P422, P3S, N, keliYUV422ToRGB_8u_P3R)}},
+      {"rgb_to_yuv422_packed", "RGB (H, W, 3) to packed YUV 4:2:2 (H, W, 2): Y0 U Y1 V.",
+       {CV("rgb", C3, C2, N, keliRGBToYUV422_8u_C3C2R)}},
+      {"yuv422_packed_to_rgb", "Packed YUV 4:2:2 (H, W, 2) to RGB (H, W, 3).",
+       {CV("rgb", C2, C3, N, keliYUV422ToRGB_8u_C2C3R)}},
+      {"rgb_to_yuv420", "RGB (H, W, 3) or three RGB planes, or BGR (H, W, 4) with order='bgr', to YUV 4:2:0 planes.",
+       {CV("rgb", C3, P420, N, keliRGBToYUV420_8u_C3P3R), CV("rgb", P3S, P420, N, keliRGBToYUV420_8u_P3R),
+        CV("bgr", C4, P420, N, keliBGRToYUV420_8u_AC4P3R)}},
+      {"yuv420_to_rgb", "YUV 4:2:0 planes to RGB (order='bgr': BGR) (H, W, 3); 'rgbx': 4 channels, the fourth 0; "
+                        "'rgb-planes': three planes.",
+       {CV("rgb", P420, C3, N, keliYUV420ToRGB_8u_P3C3R), CV("bgr", P420, C3, N, keliYUV420ToBGR_8u_P3C3R),
+        CV("rgbx", P420, C4, N, keliYUV420ToRGB_8u_P3AC4R), CV("rgb-planes", P420, P3S, N, keliYUV420ToRGB_8u_P3R)}},
+      // ---- studio-range YCbCr at 4:2:2, 4:1:1 and YCrCb 4:2:0
+      {"rgb_to_ycbcr422", "RGB (order='bgr': BGR, 3 or 4 channels) to studio-range 4:2:2 planes (y, cb, cr).",
+       {CV("rgb", C3, P422, N, keliRGBToYCbCr422_8u_C3P3R), CV("bgr", C3, P422, N, keliBGRToYCbCr422_8u_C3P3R),
+        CV("bgr", C4, P422, N, keliBGRToYCbCr422_8u_AC4P3R)}},
+      {"ycbcr422_to_rgb", "Studio-range 4:2:2 planes (y, cb, cr) to RGB (order='bgr': BGR) (H, W, 3).",
+       {CV("rgb", P422, C3, N, keliYCbCr422ToRGB_8u_P3C3R), CV("bgr", P422, C3, N, keliYCbCr422ToBGR_8u_P3C3R)}},
+      {"rgb_to_yuy2", "RGB (H, W, 3) or three RGB planes (order='bgr': BGR, 3 or 4 channels) to packed YCbCr 4:2:2 "
+                      "(H, W, 2): Y0 Cb Y1 Cr.",
+       {CV("rgb", C3, C2, N, keliRGBToYCbCr422_8u_C3C2R), CV("rgb", P3S, C2, N, keliRGBToYCbCr422_8u_P3C2R),
+        CV("bgr", C3, C2, N, keliBGRToYCbCr422_8u_C3C2R), CV("bgr", C4, C2, N, keliBGRToYCbCr422_8u_AC4C2R)}},
+      {"yuy2_to_rgb", "Packed YCbCr 4:2:2 (H, W, 2) to RGB (H, W, 3); order='bgr': BGR, with alpha= BGRA; "
+                      "'rgb-planes': three planes.",
+       {CV("rgb", C2, C3, N, keliYCbCr422ToRGB_8u_C2C3R), CV("bgr", C2, C3, N, keliYCbCr422ToBGR_8u_C2C3R),
+        CV("bgr", C2, C4, A, keliYCbCr422ToBGR_8u_C2C4R), CV("rgb-planes", C2, P3S, N, keliYCbCr422ToRGB_8u_C2P3R)}},
+      {"rgb_to_yvyu", "RGB (H, W, 3) or three RGB planes to packed YCrCb 4:2:2 (H, W, 2): Y0 Cr Y1 Cb.",
+       {CV("rgb", C3, C2, N, keliRGBToYCrCb422_8u_C3C2R), CV("rgb", P3S, C2, N, keliRGBToYCrCb422_8u_P3C2R)}},
+      {"yvyu_to_rgb", "Packed YCrCb 4:2:2 (H, W, 2) to RGB (H, W, 3); 'rgb-planes': three planes.",
+       {CV("rgb", C2, C3, N, keliYCrCb422ToRGB_8u_C2C3R), CV("rgb-planes", C2, P3S, N, keliYCrCb422ToRGB_8u_C2P3R)}},
+      {"rgb_to_ycrcb420", "BGR (3 or 4 channels; order='rgb': RGB with 4 channels) to studio-range 4:2:0 planes "
+                          "(y, cr, cb).",
+       {CV("bgr", C3, P420, N, keliBGRToYCrCb420_8u_C3P3R), CV("bgr", C4, P420, N, keliBGRToYCrCb420_8u_AC4P3R),
+        CV("rgb", C4, P420, N, keliRGBToYCrCb420_8u_AC4P3R)}},
+      {"ycrcb420_to_rgb", "Studio-range 4:2:0 planes (y, cr, cb) to RGB with a fourth channel of `alpha`.",
+       {CV("rgb", P420, C4, A, keliYCrCb420ToRGB_8u_P3C4R)}},
+      {"ycbcr420_to_bgra", "Studio-range 4:2:0 planes (y, cb, cr) to BGR with a fourth channel of `alpha`.",
+       {CV("bgr", P420, C4, A, keliYCbCr420ToBGR_8u_P3C4R)}},
+      {"rgb_to_ycbcr411", "BGR (3 or 4 channels) to studio-range 4:1:1 planes (y, cb, cr); chroma (H, W/4).",
+       {CV("bgr", C3, P411, N, keliBGRToYCbCr411_8u_C3P3R), CV("bgr", C4, P411, N, keliBGRToYCbCr411_8u_AC4P3R)}},
+      {"ycbcr411_to_rgb", "Studio-range 4:1:1 planes to BGR (H, W, 3), with alpha= (H, W, 4).",
+       {CV("bgr", P411, C3, N, keliYCbCr411ToBGR_8u_P3C3R), CV("bgr", P411, C4, A, keliYCbCr411ToBGR_8u_P3C4R)}},
+      // ---- 16-bit packed RGB
+      {"rgb_to_rgb565", "RGB uint8 (H, W, 3) to 16-bit 565 words (H, W) (order='bgr': BGR to BGR565).",
+       {CV("rgb", C3, W16, N, keliRGBToRGB565_8u16u_C3R), CV("bgr", C3, W16, N, keliBGRToBGR565_8u16u_C3R)}},
+      {"rgb565_to_rgb", "16-bit 565 words (H, W) to RGB uint8 (H, W, 3) (order='bgr': BGR565 to BGR).",
+       {CV("rgb", W16, C3, N, keliRGB565ToRGB_16u8u_C3R), CV("bgr", W16, C3, N, keliBGR565ToBGR_16u8u_C3R)}},
+      {"ycbcr_to_packed16", "YCbCr (H, W, 3) or three planes with one row stride to 16-bit words (H, W); order: "
+                            "rgb565 (default), rgb555, rgb444, bgr565, bgr555, bgr444, each also '-dither'.",
+       {PK16(C3, YCbCr, C3R), PK16(P3S, YCbCr, P3C3R)}},
+      {"ycbcr422_to_packed16", "Packed YCbCr 4:2:2 (H, W, 2) or 4:2:2 planes to 16-bit words; order as "
+                               "ycbcr_to_packed16.",
+       {PK16(C2, YCbCr422, C2C3R), PK16(P422, YCbCr422, P3C3R)}},
+      {"ycbcr420_to_packed16", "YCbCr 4:2:0 planes to 16-bit words; order as ycbcr_to_packed16.",
+       {PK16(P420, YCbCr420, P3C3R)}},
+      {"yuv420_to_packed16", "YUV 4:2:0 planes to 16-bit words; order as ycbcr_to_packed16.",
+       {PK16(P420, YUV420, P3C3R)}},
+      {"ycbcr411_to_packed16", "YCbCr 4:1:1 planes to 16-bit words, order='bgr555' or 'bgr565'.",
+       {CV("bgr555", P411, W16, N, keliYCbCr411ToBGR555_8u16u_P3C3R),
+        CV("bgr565", P411, W16, N, keliYCbCr411ToBGR565_8u16u_P3C3R)}},
+      {"packed16_to_ycbcr420", "BGR555 or BGR565 words (H, W) (order='bgr555' / 'bgr565') to YCbCr 4:2:0 planes.",
+       {CV("bgr565", W16, P420, N, keliBGR565ToYCbCr420_16u8u_C3P3R),
+        CV("bgr555", W16, P420, N, keliBGR555ToYCbCr420_16u8u_C3P3R)}},
+      {"packed16_to_ycrcb420", "BGR555 or BGR565 words to YCrCb 4:2:0 planes (y, cr, cb).",
+       {CV("bgr565", W16, P420, N, keliBGR565ToYCrCb420_16u8u_C3P3R),
+        CV("bgr555", W16, P420, N, keliBGR555ToYCrCb420_16u8u_C3P3R)}},
+      {"packed16_to_ycbcr422", "BGR555 or BGR565 words to YCbCr 4:2:2 planes.",
+       {CV("bgr565", W16, P422, N, keliBGR565ToYCbCr422_16u8u_C3P3R),
+        CV("bgr555", W16, P422, N, keliBGR555ToYCbCr422_16u8u_C3P3R)}},
+      {"packed16_to_yuy2", "BGR555 or BGR565 words to packed YCbCr 4:2:2 (H, W, 2).",
+       {CV("bgr565", W16, C2, N, keliBGR565ToYCbCr422_16u8u_C3C2R),
+        CV("bgr555", W16, C2, N, keliBGR555ToYCbCr422_16u8u_C3C2R)}},
+      {"packed16_to_ycbcr411", "BGR555 or BGR565 words to YCbCr 4:1:1 planes.",
+       {CV("bgr565", W16, P411, N, keliBGR565ToYCbCr411_16u8u_C3P3R),
+        CV("bgr555", W16, P411, N, keliBGR555ToYCbCr411_16u8u_C3P3R)}},
+      {"packed16_to_yuv420", "BGR565, BGR555 or RGB565 words to YUV 4:2:0 planes.",
+       {CV("bgr565", W16, P420, N, keliBGR565ToYUV420_16u8u_C3P3R),
+        CV("bgr555", W16, P420, N, keliBGR555ToYUV420_16u8u_C3P3R),
+        CV("rgb565", W16, P420, N, keliRGB565ToYUV420_16u8u_C3P3R)}},
+      {"packed16_to_yuv422", "RGB565 words to YUV 4:2:2 planes.",
+       {CV("rgb565", W16, P422, N, keliRGB565ToYUV422_16u8u_C3P3R)}},
+      // ---- BT.709
+      {"bgr_to_ycbcr420_709csc", "BGR (3 or 4 channels) to BT.709 studio-swing 4:2:0 planes (y, cb, cr).",
+       {CV("bgr", C3, P420, N, keliBGRToYCbCr420_709CSC_8u_C3P3R),
+        CV("bgr", C4, P420, N, keliBGRToYCbCr420_709CSC_8u_AC4P3R)}},
+      {"bgr_to_ycrcb420_709csc", "BGR (3 or 4 channels) to BT.709 studio-swing 4:2:0 planes (y, cr, cb).",
+       {CV("bgr", C3, P420, N, keliBGRToYCrCb420_709CSC_8u_C3P3R),
+        CV("bgr", C4, P420, N, keliBGRToYCrCb420_709CSC_8u_AC4P3R)}},
+      {"bgr_to_ycbcr420_709hdtv", "BGRA (H, W, 4) to BT.709 full-swing 4:2:0 planes (outputs limited to 1..254).",
+       {CV("bgr", C4, P420, N, keliBGRToYCbCr420_709HDTV_8u_AC4P3R)}},
+      {"ycbcr420_709csc_to_bgr", "BT.709 studio-swing 4:2:0 planes to BGR (H, W, 3).",
+       {CV("bgr", P420, C3, N, keliYCbCr420ToBGR_709CSC_8u_P3C3R)}},
+      {"ycbcr420_709hdtv_to_bgr", "BT.709 full-swing 4:2:0 planes to BGR with a fourth channel of `alpha` (255).",
+       {CV("bgr", P420, C4, A, keliYCbCr420ToBGR_709HDTV_8u_P3C4R)}},
+      {"ycbcr_709csc_to_bgr", "BT.709 studio-swing full-size planes (one row stride) to BGR, with alpha= (H, W, 4).",
+       {CV("bgr", P3S, C3, N, keliYCbCrToBGR_709CSC_8u_P3C3R), CV("bgr", P3S, C4, A, keliYCbCrToBGR_709CSC_8u_P3C4R)}},
+      {"bgr_to_cbycr422_709hdtv", "BGR (3 or 4 channels) to BT.709 full-swing packed CbYCr 4:2:2 (H, W, 2).",
+       {CV("bgr", C3, C2, N, keliBGRToCbYCr422_709HDTV_8u_C3C2R),
+        CV("bgr", C4, C2, N, keliBGRToCbYCr422_709HDTV_8u_AC4C2R)}},
+      {"cbycr422_709hdtv_to_bgr", "BT.709 full-swing packed CbYCr 4:2:2 to BGR, with alpha= (H, W, 4).",
+       {CV("bgr", C2, C3, N, keliCbYCr422ToBGR_709HDTV_8u_C2C3R),
+        CV("bgr", C2, C4, A, keliCbYCr422ToBGR_709HDTV_8u_C2C4R)}},
+      // ---- CbYCr 4:2:2 (UYVY)
+      {"rgb_to_cbycr422", "RGB (H, W, 3) to packed CbYCr 4:2:2 (H, W, 2): Cb Y0 Cr Y1; order='bgr': BGRA (H, W, 4); "
+                          "'rgb-gamma': the forward gamma curve first.",
+       {CV("rgb", C3, C2, N, keliRGBToCbYCr422_8u_C3C2R), CV("bgr", C4, C2, N, keliBGRToCbYCr422_8u_AC4C2R),
+        CVPOS("rgb-gamma", C3, C2, N, keliRGBToCbYCr422Gamma_8u_C3C2R)}},
+      {"cbycr422_to_rgb", "Packed CbYCr 4:2:2 (H, W, 2) to RGB (H, W, 3); order='bgr' with alpha: BGRA.",
+       {CV("rgb", C2, C3, N, keliCbYCr422ToRGB_8u_C2C3R), CV("bgr", C2, C4, A, keliCbYCr422ToBGR_8u_C2C4R)}},
+      // ---- layouts: packed 4:2:2, planes, NV12
+      {"packed422_to_ycbcr422", "Packed 4:2:2 (order 'yuy2', 'uyvy' or 'yvyu') to 4:2:2 planes (y, cb, cr).",
+       {CV("yuy2", C2, P422, N, keliYCbCr422_8u_C2P3R), CV("uyvy", C2, P422, N, keliCbYCr422ToYCbCr422_8u_C2P3R),
+        CV("yvyu", C2, P422, N, keliYCrCb422ToYCbCr422_8u_C2P3R)}},
+      {"ycbcr422_to_packed422", "4:2:2 planes (y, cb, cr) to packed YUY2 (order='yvyu': YVYU) (H, W, 2).",
+       {CV("yuy2", P422, C2, N, keliYCbCr422_8u_P3C2R), CV("yvyu", P422, C2, N, keliYCbCr422ToYCrCb422_8u_P3C2R)}},
+      {"packed422_to_ycbcr420", "Packed 4:2:2 (order 'yuy2', 'uyvy', 'yvyu') to 4:2:0 planes (y, cb, cr).",
+       {CV("yuy2", C2, P420, N, keliYCbCr422ToYCbCr420_8u_C2P3R),
+        CV("uyvy", C2, P420, N, keliCbYCr422ToYCbCr420_8u_C2P3R),
+        CV("yvyu", C2, P420, N, keliYCrCb422ToYCbCr420_8u_C2P3R)}},
+      {"packed422_to_ycrcb420", "Packed YUY2 or UYVY to YV12 planes (y, cr, cb).",
+       {CV("yuy2", C2, P420, N, keliYCbCr422ToYCrCb420_8u_C2P3R),
+        CV("uyvy", C2, P420, N, keliCbYCr422ToYCrCb420_8u_C2P3R)}},
+      {"packed422_to_ycbcr411", "Packed 4:2:2 (order 'yuy2', 'uyvy', 'yvyu') to 4:1:1 planes (y, cb, cr).",
+       {CV("yuy2", C2, P411, N, keliYCbCr422ToYCbCr411_8u_C2P3R),
+        CV("uyvy", C2, P411, N, keliCbYCr422ToYCbCr411_8u_C2P3R),
+        CV("yvyu", C2, P411, N, keliYCrCb422ToYCbCr411_8u_C2P3R)}},
+      {"packed422_to_nv12", "Packed YUY2 or UYVY to NV12 (y, uv).",
+       {CV("yuy2", C2, NV12, N, keliYCbCr422ToYCbCr420_8u_C2P2R),
+        CV("uyvy", C2, NV12, N, keliCbYCr422ToYCbCr420_8u_C2P2R)}},
+      {"nv12_to_packed422", "NV12 (y, uv) to packed YUY2 (order='uyvy': UYVY) (H, W, 2).",
+       {CV("yuy2", NV12, C2, N, keliYCbCr420ToYCbCr422_8u_P2C2R),
+        CV("uyvy", NV12, C2, N, keliYCbCr420ToCbYCr422_8u_P2C2R)}},
+      {"yuy2_to_uyvy", "Packed YUY2 to UYVY; order='yvyu': YUY2 to YVYU.",
+       {CV("uyvy", C2, C2, N, keliYCbCr422ToCbYCr422_8u_C2R), CV("yvyu", C2, C2, N, keliYCbCr422ToYCrCb422_8u_C2R)}},
+      {"uyvy_to_yuy2", "Packed UYVY to YUY2.", {CV("yuy2", C2, C2, N, keliCbYCr422ToYCbCr422_8u_C2R)}},
+      {"ycbcr422_to_ycbcr420", "4:2:2 planes to 4:2:0 planes, or (two-array output) NV12 with order='nv12'.",
+       {CV("planes", P422, P420, N, keliYCbCr422ToYCbCr420_8u_P3R),
+        CV("nv12", P422, NV12, N, keliYCbCr422ToYCbCr420_8u_P3P2R)}},
+      {"ycbcr422_to_ycbcr411", "4:2:2 planes to 4:1:1 planes (order='nv411': luma and chroma pairs).",
+       {CV("planes", P422, P411, N, keliYCbCr422ToYCbCr411_8u_P3R),
+        CV("nv411", P422, NV411, N, keliYCbCr422ToYCbCr411_8u_P3P2R)}},
+      {"ycbcr420_to_ycbcr422", "4:2:0 planes (y, cb, cr), YV12 planes (order='ycrcb') or NV12 (y, uv) to 4:2:2 planes.",
+       {CV("ycbcr", P420, P422, N, keliYCbCr420ToYCbCr422_8u_P3R),
+        CV("ycrcb", P420, P422, N, keliYCrCb420ToYCbCr422_8u_P3R),
+        CV("ycbcr", NV12, P422, N, keliYCbCr420ToYCbCr422_8u_P2P3R)}},
+      {"ycbcr411_to_ycbcr422", "4:1:1 planes, or luma and 4:1:1 chroma pairs, to 4:2:2 planes (order='ycrcb': "
+                               "planes y, cr, cb out; 'yuy2': packed).",
+       {CV("ycbcr", P411, P422, N, keliYCbCr411ToYCbCr422_8u_P3R),
+        CV("ycbcr", NV411, P422, N, keliYCbCr411ToYCbCr422_8u_P2P3R),
+        CV("ycrcb", P411, P422, N, keliYCbCr411ToYCrCb422_8u_P3R), CV("yuy2", P411, C2, N, keliYCbCr411ToYCbCr422_8u_P3C2R),
+        CV("yvyu", P411, C2, N, keliYCbCr411ToYCrCb422_8u_P3C2R), CV("yuy2", NV411, C2, N, keliYCbCr411ToYCbCr422_8u_P2C2R)}},
+      {"ycbcr411_to_ycbcr420", "4:1:1 planes, or luma and 4:1:1 chroma pairs, to 4:2:0 planes (order='nv12': NV12 "
+                               "out; 'ycrcb': planes y, cr, cb out).",
+       {CV("ycbcr", P411, P420, N, keliYCbCr411ToYCbCr420_8u_P3R),
+        CV("ycbcr", NV411, P420, N, keliYCbCr411ToYCbCr420_8u_P2P3R),
+        CV("ycrcb", NV411, P420, N, keliYCbCr411ToYCrCb420_8u_P2P3R),
+        CV("nv12", P411, NV12, N, keliYCbCr411ToYCbCr420_8u_P3P2R)}},
+      // ---- chroma grids that compute: interlaced fields, filtered upsampling, 420/411/1620 planes
+      {"ycbcr422_to_420_interlace", "4:2:2 planes, or packed CbYCr (order='cbycr'), to 4:2:0 planes, each field "
+                                    "filtered on its own (height a multiple of 4).",
+       {CV("planes", P422, P420, N, keliYCbCr422To420_Interlace_8u_P3R),
+        CV("cbycr", C2, P420, N, keliCbYCr422ToYCbCr420_Interlace_8u_C2P3R)}},
+      {"ycbcr420_to_422_interlace", "4:2:0 planes to 4:2:2 planes (order='cbycr': packed CbYCr), field-aware.",
+       {CV("planes", P420, P422, N, keliYCbCr420To422_Interlace_8u_P3R),
+        CV("cbycr", P420, C2, N, keliYCbCr420ToCbYCr422_Interlace_8u_P3C2R)}},
+      {"ycbcr420_to_422_filter", "4:2:0 planes (order='ycrcb': y, cr, cb) or NV12 (y, uv) to 4:2:2 planes with the "
+                                 "(-1 9 9 -1)/16 vertical filter (height a multiple of 8).",
+       {CV("ycbcr", P420, P422, N, keliYCbCr420ToYCbCr422_Filter_8u_P3R),
+        CV("ycrcb", P420, P422, N, keliYCrCb420ToYCbCr422_Filter_8u_P3R),
+        CV("ycbcr", NV12, P422, N, keliYCbCr420ToYCbCr422_Filter_8u_P2P3R)}},
+      {"ycrcb420_to_bgr_filter", "YCrCb 4:2:0 planes (y, cr, cb) to BGR with a fourth channel of `alpha`, chroma "
+                                 "interpolated.",
+       {CV("bgr", P420, C4, A, keliYCrCb420ToBGR_Filter_8u_P3C4R)}},
+      {"ycbcr420_to_411", "4:2:0 planes to 4:1:1 planes (width a multiple of 4, height even).",
+       {CVPOS("planes", P420, P411, N, keliYCbCr420To411_8u_P3R)}},
+      {"ycbcr411_to_420", "4:1:1 planes to 4:2:0 planes (width and height multiples of 4).",
+       {CVPOS("planes", P411, P420, N, keliYCbCr411To420_8u_P3R)}},
+      {"ycbcr420_to_1620", "4:2:0 planes to 16:2:0 planes (chroma one sample per 4 x 4 pixels).",
+       {CVPOS("planes", P420, P1620, N, keliYCbCr420To1620_8u_P3R)}},
+      {"ycbcr1620_to_420", "16:2:0 planes to 4:2:0 planes.", {CVPOS("planes", P1620, P420, N, keliYCbCr1620To420_8u_P3R)}},
+  };
+  return fns;
+}
+
+int arity(Lay l) { return l == Lay::C ? 1 : l == Lay::P2 ? 2 : 3; }
+int ceilDiv(int a, int b) { return (a + b - 1) / b; }
+
+std::string sideText(const Side& s) {
+  auto grid = [&] { return "(H/" + std::to_string(s.sy) + ", W/" + std::to_string(s.sx) + ")"; };
+  switch (s.lay) {
+    case Lay::C:
+      return std::string("one ") + dtName(s.dt) + (s.c == 1 ? " (H, W)" : " (H, W, " + std::to_string(s.c) + ")") +
+             " array";
+    case Lay::P3: return "three uint8 planes, chroma " + grid();
+    case Lay::P3S: return "three uint8 (H, W) planes";
+    case Lay::P2:
+      return "a uint8 (H, W) plane and chroma pairs (H/" + std::to_string(s.sy) + ", W/" + std::to_string(s.sx) + ", 2)";
+  }
+  return "?";
+}
+
+std::string formsText(const ConvFn& f) {
+  std::string s;
+  for (const auto& v : f.variants)
+    s += std::string("\n  order='") + v.key + "'" + (v.alpha ? ", alpha=" : "") + ": " + sideText(v.in) + " -> " +
+         sideText(v.out) + "  [" + v.cname + "]";
+  return s;
+}
+
+// The member for the given arrays, `order` and `alpha`.
+const Variant& pickVariant(const ConvFn& f, const py::args& args, const py::object& order, bool alphaGiven) {
+  const std::string key = order.is_none() ? f.variants[0].key : order.cast<std::string>();
+  std::string keys;
+  bool known = false;
+  for (const auto& v : f.variants) {
+    known = known || key == v.key;
+    if (keys.find(std::string("'") + v.key + "'") == std::string::npos) keys += (keys.empty() ? "'" : ", '") + std::string(v.key) + "'";
+  }
+  if (!known) throw py::value_error(std::string(f.name) + ": order must be one of " + keys + ", got '" + key + "'");
+  if (args.size() == 0) throw py::type_error(std::string(f.name) + ": no input given; forms:" + formsText(f));
+  py::array first = asArray(args[0], f.name);
+  const auto d = dtOf(first.dtype());
+  const int c = first.ndim() == 3 ? static_cast<int>(first.shape(2)) : 1;
+  bool arityOk = false, dtOk = false;
+  for (int pass = 0; pass < 2; ++pass)
+    for (const auto& v : f.variants) {
+      if (v.key != key || arity(v.in.lay) != static_cast<int>(args.size())) continue;
+      arityOk = true;
+      if (!d || *d != v.in.dt) continue;
+      dtOk = true;
+      if (v.in.lay == Lay::C && (c != v.in.c || first.ndim() != (v.in.c == 1 ? 2 : 3))) continue;
+      if (v.in.lay != Lay::C && first.ndim() != 2) continue;
+      // Without alpha= the forms that take none come first; a member that
+      // only writes an alpha channel takes 255.
+      if (v.alpha == (alphaGiven || pass == 1)) return v;
+    }
+  const std::string msg = std::string(f.name) + ": no form for " + std::to_string(args.size()) + " input(s) of " +
+                          std::string(py::str(first.dtype())) + " " + shapeStr(first) + " with order='" + key + "'" +
+                          (alphaGiven ? " and alpha" : "") + "; forms:" + formsText(f);
+  if (!arityOk || !dtOk) throw py::type_error(msg);
+  throw py::value_error(msg);
+}
+
+// The members that take steps as unsigned numbers: a bottom-up input is read
+// from a copy, a bottom-up destination is refused.
+Image forwardImage(Image im, bool positive, bool isOutput, const char* what) {
+  if (!positive || im.step >= 0 || im.h <= 1) return im;
+  if (isOutput) throw py::value_error(std::string(what) + ": this member needs a positive row stride");
+  return makeImage(copyOf(im.arr), im.dt);
+}
+
+// An input chroma plane (or plane of pairs) of h x w samples; one rounded
+// down from an odd luma size is extended by its last row and column (a copy),
+// so that members that convert an odd last pixel read samples of their own.
+py::array chromaArray(const py::object& o, const char* what, bool pairs) {
+  py::array a = asArray(o, what);
+  requireDt(a, what, {Dt::u8});
+  if (pairs && a.ndim() == 2 && a.shape(1) % 2 == 0) a = a.attr("reshape")(a.shape(0), a.shape(1) / 2, 2);
+  if (a.ndim() != (pairs ? 3 : 2) || (pairs && a.shape(2) != 2))
+    throw py::value_error(std::string(what) + ": expected " + (pairs ? "(h, w, 2) chroma pairs" : "an (h, w) plane") +
+                          ", got shape " + shapeStr(a));
+  return a;
+}
+
+struct Prepared {
+  Bufs b;
+  std::vector<Image> ims;
+  int h = 0, w = 0;
+};
+
+// Checks and lays out the inputs of a member; `outs` are the caller's
+// destinations (inputs that share memory with them are read from copies).
+Prepared prepareInputs(const Variant& v, const py::args& args, const char* fname, const std::vector<py::array>& outs) {
+  Prepared p;
+  auto detach = [&](Image im) {
+    for (const auto& o : outs)
+      if (mayShare(im.arr, o)) return forwardImage(makeImage(copyOf(im.arr), im.dt), v.positiveSteps, false, fname);
+    return forwardImage(std::move(im), v.positiveSteps, false, fname);
+  };
+  const Side& s = v.in;
+  if (s.lay == Lay::C) {
+    Image im = detach(inputImage(args[0], fname, s.dt));
+    p.h = im.h, p.w = im.w;
+    p.b.p[0] = static_cast<Kel8u*>(im.data), p.b.step[0] = im.step;
+    p.ims.push_back(std::move(im));
+    return p;
+  }
+  Image y = detach(inputPlane(args[0], "y", Dt::u8));
+  p.h = y.h, p.w = y.w;
+  p.ims.push_back(std::move(y));
+  if (s.lay == Lay::P3S) {
+    for (int i = 1; i < 3; ++i) {
+      Image im = detach(inputPlane(args[i], "plane", Dt::u8));
+      requireShape(im, "plane", p.h, p.w);
+      p.ims.push_back(std::move(im));
+    }
+    Planes pl = sharedStepPlanes(p.ims, false, fname);
+    if (pl.buf.ndim() == 3) p.ims.push_back(makeImage(pl.buf, Dt::u8));  // keeps the gathered planes alive
+    for (int i = 0; i < 3; ++i) p.b.p[i] = static_cast<Kel8u*>(pl.p[i]), p.b.step[i] = pl.step;
+    return p;
+  }
+  // Chroma: ceil(H / sy) x ceil(W / sx) samples; a plane rounded down is extended.
+  const int ch = ceilDiv(p.h, s.sy), cw = ceilDiv(p.w, s.sx), fh = p.h / s.sy, fw = p.w / s.sx;
+  const bool pairs = s.lay == Lay::P2;
+  for (int i = 1; i < arity(s.lay); ++i) {
+    const char* what = pairs ? "uv" : (i == 1 ? "chroma plane 1" : "chroma plane 2");
+    py::array a = chromaArray(args[i], what, pairs);
+    const bool hOk = a.shape(0) == ch || a.shape(0) == fh, wOk = a.shape(1) == cw || a.shape(1) == fw;
+    if (!hOk || !wOk)
+      throw py::value_error(std::string(what) + ": expected " + std::to_string(ch) + " x " + std::to_string(cw) +
+                            " samples for a " + std::to_string(p.h) + " x " + std::to_string(p.w) + " picture, got " +
+                            std::to_string(a.shape(0)) + " x " + std::to_string(a.shape(1)));
+    if ((a.shape(0) != ch || a.shape(1) != cw) && a.size() > 0) {
+      py::list pad;
+      pad.append(py::make_tuple(0, ch - a.shape(0)));
+      pad.append(py::make_tuple(0, cw - a.shape(1)));
+      if (pairs) pad.append(py::make_tuple(0, 0));
+      a = py::module_::import("numpy").attr("pad")(a, pad, "mode"_a = "edge");
+    }
+    Image im = detach(inputImage(a, what, Dt::u8));
+    p.b.p[i] = static_cast<Kel8u*>(im.data), p.b.step[i] = im.step;
+    p.ims.push_back(std::move(im));
+  }
+  p.b.p[0] = static_cast<Kel8u*>(p.ims[0].data), p.b.step[0] = p.ims[0].step;
+  return p;
+}
+
+py::object convOp(const ConvFn& f, const py::args& args, const py::object& order, const py::object& alpha,
+                  const py::object& out) {
+  const Variant& v = pickVariant(f, args, order, !alpha.is_none());
+  Extra e;
+  if (!alpha.is_none()) {
+    e.alpha = alpha.cast<int>();
+    if (e.alpha < 0 || e.alpha > 255) throw py::value_error("alpha must be in 0..255, got " + std::to_string(e.alpha));
+  }
+  // The picture's size comes from the first input: an interleaved image or the luma plane.
+  py::array first = asArray(args[0], f.name);
+  if (first.ndim() < 2) throw py::value_error(std::string(f.name) + ": expected an (H, W) or (H, W, C) array, got shape " + shapeStr(first));
+  const int h = static_cast<int>(first.shape(0)), w = static_cast<int>(first.shape(1));
+  const Side& s = v.out;
+  const int ch = ceilDiv(h, s.sy), cw = ceilDiv(w, s.sx);
+  std::vector<Image> o;
+  Bufs ob;
+  py::object result;
+  if (s.lay == Lay::C) {
+    o.push_back(outputImage(out, "out", h, w, s.c, s.dt));
+    result = o[0].arr;
+  } else if (s.lay == Lay::P3S) {
+    Planes pl;
+    if (out.is_none()) {
+      pl = newPlanes(h, w, Dt::u8);
+    } else {
+      o = outputPlanes(out, "out", {{h, w, 1}, {h, w, 1}, {h, w, 1}}, Dt::u8);
+      pl = sharedStepPlanes(o, true, "out");
+    }
+    if (v.positiveSteps && pl.step < 0 && h > 1) throw py::value_error("out: this member needs a positive row stride");
+    for (int i = 0; i < 3; ++i) ob.p[i] = static_cast<Kel8u*>(pl.p[i]), ob.step[i] = pl.step;
+    result = pl.views;
+    if (pl.buf.ndim() == 3) o.push_back(makeImage(pl.buf, Dt::u8));
+  } else {
+    if (s.lay == Lay::P3)
+      o = outputPlanes(out, "out", {{h, w, 1}, {ch, cw, 1}, {ch, cw, 1}}, Dt::u8);
+    else
+      o = outputPlanes(out, "out", {{h, w, 1}, {ch, cw, 2}}, Dt::u8);
+    result = imagesTuple(o);
+  }
+  if (s.lay != Lay::P3S)
+    for (size_t i = 0; i < o.size(); ++i) {
+      o[i] = forwardImage(std::move(o[i]), v.positiveSteps, true, "out");
+      ob.p[i] = static_cast<Kel8u*>(o[i].data), ob.step[i] = o[i].step;
+    }
+  std::vector<py::array> outs;
+  if (!out.is_none())
+    for (const auto& im : o) outs.push_back(im.arr);
+  Prepared in = prepareInputs(v, args, f.name, outs);
+  run(v.cname, [&] { return v.fn(in.b, ob, KeliSize{in.w, in.h}, e); });
+  return result;
+}
+
+// Every member behind each function, for callers who want to know and for the tests.
+py::dict variantTable() {
+  auto side = [](const Side& s) {
+    const char* lay = s.lay == Lay::C ? "C" : s.lay == Lay::P3 ? "P3" : s.lay == Lay::P3S ? "P3S" : "P2";
+    return py::make_tuple(lay, dtName(s.dt), s.c, s.sx, s.sy);
+  };
+  py::dict d;
+  for (const auto& f : convFns()) {
+    py::list l;
+    for (const auto& v : f.variants)
+      l.append(py::dict("order"_a = v.key, "member"_a = v.cname, "src"_a = side(v.in), "dst"_a = side(v.out),
+                        "alpha"_a = v.alpha, "positive_steps"_a = v.positiveSteps));
+    d[f.name] = l;
+  }
+  return d;
+}
+
 // ------------------------------------------------------------------ Python-side classes
 
 const char* kClasses = R"PY(
@@ -1004,6 +1539,18 @@ PYBIND11_MODULE(kelcc, m) {
       },
       "raw"_a, py::kw_only(), "grid"_a = "rggb", "out"_a = py::none(),
       "Adaptive homogeneity-directed demosaicing (uint8/uint16, at least 5 x 5) to (H, W, 3) RGB.");
+
+  for (const auto& f : convFns()) {
+    const ConvFn* fp = &f;
+    m.def(
+        f.name,
+        [fp](const py::args& args, const py::object& order, const py::object& alpha, const py::object& out) {
+          return convOp(*fp, args, order, alpha, out);
+        },
+        "order"_a = py::none(), "alpha"_a = py::none(), "out"_a = py::none(),
+        (std::string(f.doc) + "\n\nForms (the first order is the default):" + formsText(f)).c_str());
+  }
+  m.attr("_members") = variantTable();
 
   m.def("bgr_to_ycocg", &bgrToYCoCg, "img"_a, py::kw_only(), "reversible"_a = true, "out_dtype"_a = py::none(),
         "out"_a = py::none(),

@@ -5,9 +5,7 @@
 # (clang with its OpenMP runtime, which ThreadSanitizer understands through
 # the archer tool).
 #
-# A long fuzz run (the build-asan tree from this script):
-#   build-asan/tests/fuzz_members -jobs=2 -workers=2 -max_total_time=36000 \
-#     -timeout=10 fuzz-work tests/fuzz_corpus
+# A long fuzz run: see README.md (Building by hand).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/deps.sh bench sanitizers python

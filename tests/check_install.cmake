@@ -59,3 +59,24 @@ execute_process(COMMAND ${WORK}/app/app_pc RESULT_VARIABLE rc)
 if(rc)
   message(FATAL_ERROR "program built with pkg-config gave ${rc}")
 endif()
+# The Python module (when built): imported from the install prefix alone, it
+# loads the installed library beside it, not the one in the build tree.
+if(PYTHON)
+  file(GLOB_RECURSE module ${WORK}/prefix/kelcc*.so)
+  if(NOT module)
+    message(FATAL_ERROR "the Python module was not installed")
+  endif()
+  get_filename_component(moddir "${module}" DIRECTORY)
+  set(ENV{PYTHONPATH} ${moddir})
+  unset(ENV{LD_LIBRARY_PATH})
+  execute_process(COMMAND ${PYTHON} -c [=[
+import numpy as np, kelcc
+maps = open("/proc/self/maps").read()
+lib = [l.split()[-1] for l in maps.splitlines() if "libkelcce9.so" in l][0]
+y, u, v = kelcc.rgb_to_ycbcr420(np.full((4, 4, 3), 128, np.uint8))
+print(kelcc.__file__, lib, int(y[0, 0]))
+]=] WORKING_DIRECTORY ${WORK} OUTPUT_VARIABLE out RESULT_VARIABLE rc)
+  if(rc OR NOT out MATCHES "^${WORK}/prefix/[^ ]+ ${WORK}/prefix/[^ ]+libkelcce9.so[^ ]* 126")
+    message(FATAL_ERROR "the installed Python module: ${rc} ${out}")
+  endif()
+endif()

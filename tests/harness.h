@@ -27,7 +27,9 @@
 namespace kt {
 
 // How a plane's rows are laid out in its buffer.
-enum class StepMode { Tight, Padded, Negative, Zero };
+// Short: a positive step shorter than a row (rows overlap), which the
+// families that do not check steps take as the caller's business.
+enum class StepMode { Tight, Padded, Negative, Zero, Short };
 
 struct PlaneDim {
   int rowBytes;  // bytes of one row of the region
@@ -135,6 +137,9 @@ struct Member {
   bool heightUnchecked = false;
   // The member takes some steps as unsigned numbers: no negative steps.
   bool nonNegativeSteps = false;
+  // A form without steps: its rows lie back to back, so its images are
+  // always laid out tight (whatever step mode a check asks for).
+  bool tightSteps = false;
 };
 
 KelStatus status420(KeliSize r);
@@ -233,6 +238,12 @@ struct IsaScope {
   explicit IsaScope(kel::Isa isa) { kel::setIsaLimit(isa); }
   ~IsaScope() { kel::setIsaLimit(kel::Isa::AVX512); }
 };
+// The AVX-512 path without VBMI (the forms an AVX-512 processor without
+// byte permutes runs) for the life of the object.
+struct NoVbmiScope {
+  NoVbmiScope() { kel::setVbmiLimit(false); }
+  ~NoVbmiScope() { kel::setVbmiLimit(true); }
+};
 // The thread count for the life of the object.
 struct ThreadScope {
   explicit ThreadScope(int n) { kelSetNumThreads(n); }
@@ -242,7 +253,9 @@ struct ThreadScope {
 // The paths this processor can run, scalar first.
 std::vector<kel::Isa> paths();
 
-// Runs all generic checks on every member of a table.
+// Runs the generic checks (errors, guard zones, paths) on every member of a
+// table; the guard pages and the callers on many threads have tests of their
+// own over every registered member.
 void checkAll(const std::vector<Member>& members);
 
 // ---- the members of a test program ---------------------------------------------

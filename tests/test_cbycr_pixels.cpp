@@ -17,25 +17,25 @@ std::vector<Member> members() {
     v.push_back(Member{name, {full(sb)}, {full(db)}, f});
     return &v.back();
   };
-  pix("RGBToCbYCr422_C3C2R", 3, 2, [](Call& c) {
+  pix("keliRGBToCbYCr422_8u_C3C2R", 3, 2, [](Call& c) {
     const Kel8u* s = c.s(0);
     return keliRGBToCbYCr422_8u_C3C2R(s, c.ss(0), c.d(0), c.ds(0), c.roi());
   });
-  Member* g = pix("RGBToCbYCr422Gamma_C3C2R", 3, 2, [](Call& c) {
+  Member* g = pix("keliRGBToCbYCr422Gamma_8u_C3C2R", 3, 2, [](Call& c) {
     const Kel8u* s = c.s(0);
     return keliRGBToCbYCr422Gamma_8u_C3C2R(s, c.ss(0), c.d(0), c.ds(0), c.roi());
   });
   g->order = Order::C;
   g->checksSteps = true;
-  pix("BGRToCbYCr422_AC4C2R", 4, 2, [](Call& c) {
+  pix("keliBGRToCbYCr422_8u_AC4C2R", 4, 2, [](Call& c) {
     const Kel8u* s = c.s(0);
     return keliBGRToCbYCr422_8u_AC4C2R(s, c.ss(0), c.d(0), c.ds(0), c.roi());
   });
-  pix("CbYCr422ToRGB_C2C3R", 2, 3, [](Call& c) {
+  pix("keliCbYCr422ToRGB_8u_C2C3R", 2, 3, [](Call& c) {
     const Kel8u* s = c.s(0);
     return keliCbYCr422ToRGB_8u_C2C3R(s, c.ss(0), c.d(0), c.ds(0), c.roi());
   });
-  pix("CbYCr422ToBGR_C2C4R", 2, 4, [](Call& c) {
+  pix("keliCbYCr422ToBGR_8u_C2C4R", 2, 4, [](Call& c) {
     const Kel8u* s = c.s(0);
     return keliCbYCr422ToBGR_8u_C2C4R(s, c.ss(0), c.d(0), c.ds(0), c.roi(), 0x2F0);
   });

@@ -34,32 +34,32 @@ std::vector<Member> members() {
                        Order::B, minW, minH});
   };
   // ---- interlaced fields
-  p3("422To420_Interlace", {plane(), c422(), c422()}, {plane(), c420(), c420()}, keliYCbCr422To420_Interlace_8u_P3R,
+  p3("keliYCbCr422To420_Interlace_8u_P3R", {plane(), c422(), c422()}, {plane(), c420(), c420()}, keliYCbCr422To420_Interlace_8u_P3R,
      2, 4);
-  p3("420To422_Interlace", {plane(), c420(), c420()}, {plane(), c422(), c422()}, keliYCbCr420To422_Interlace_8u_P3R,
+  p3("keliYCbCr420To422_Interlace_8u_P3R", {plane(), c420(), c420()}, {plane(), c422(), c422()}, keliYCbCr420To422_Interlace_8u_P3R,
      2, 4);
-  v.push_back(Member{"CbYCr422ToYCbCr420_Interlace", {full(2)}, {plane(), c420(), c420()}, [](Call& c) {
+  v.push_back(Member{"keliCbYCr422ToYCbCr420_Interlace_8u_C2P3R", {full(2)}, {plane(), c420(), c420()}, [](Call& c) {
                        const Kel8u* s = c.s(0);
                        return keliCbYCr422ToYCbCr420_Interlace_8u_C2P3R(s, c.ss(0), c.dArr(3), c.dsArr(3), c.roi());
                      },
                      Order::B, 2, 4});
-  v.push_back(Member{"420ToCbYCr422_Interlace", {plane(), c420(), c420()}, {full(2)}, [](Call& c) {
+  v.push_back(Member{"keliYCbCr420ToCbYCr422_Interlace_8u_P3C2R", {plane(), c420(), c420()}, {full(2)}, [](Call& c) {
                        auto s = c.sArr(3);
                        return keliYCbCr420ToCbYCr422_Interlace_8u_P3C2R(s, c.ssArr(3), c.d(0), c.ds(0), c.roi());
                      },
                      Order::B, 2, 4});
   for (size_t i = 0; i < v.size(); ++i) v[i].final = interlaceStatus;
   // ---- filtered upsampling
-  p3("Filter_P3R", {plane(), c420(), c420()}, {plane(), c422(), c422()}, keliYCbCr420ToYCbCr422_Filter_8u_P3R, 2, 8);
-  p3("YCrCbFilter_P3R", {plane(), c420(), c420()}, {plane(), c422(), c422()}, keliYCrCb420ToYCbCr422_Filter_8u_P3R,
+  p3("keliYCbCr420ToYCbCr422_Filter_8u_P3R", {plane(), c420(), c420()}, {plane(), c422(), c422()}, keliYCbCr420ToYCbCr422_Filter_8u_P3R, 2, 8);
+  p3("keliYCrCb420ToYCbCr422_Filter_8u_P3R", {plane(), c420(), c420()}, {plane(), c422(), c422()}, keliYCrCb420ToYCbCr422_Filter_8u_P3R,
      2, 8);
-  v.push_back(Member{"Filter_P2P3R", {plane(), sub(2, 1, 1)}, {plane(), c422(), c422()}, [](Call& c) {
+  v.push_back(Member{"keliYCbCr420ToYCbCr422_Filter_8u_P2P3R", {plane(), sub(2, 1, 1)}, {plane(), c422(), c422()}, [](Call& c) {
                        const Kel8u *y = c.s(0), *cc = c.s(1);
                        return keliYCbCr420ToYCbCr422_Filter_8u_P2P3R(y, c.ss(0), cc, c.ss(1), c.dArr(3), c.dsArr(3),
                                                                      c.roi());
                      },
                      Order::B, 2, 8});
-  Member bgr{"ToBGR_Filter", {plane(), c420(), c420()}, {full(4)}, [](Call& c) {
+  Member bgr{"keliYCrCb420ToBGR_Filter_8u_P3C4R", {plane(), c420(), c420()}, {full(4)}, [](Call& c) {
                auto s = c.sArr(3);
                return keliYCrCb420ToBGR_Filter_8u_P3C4R(s, c.ssArr(3), c.d(0), c.ds(0), c.roi(), 0x1C7);
              },
@@ -73,10 +73,10 @@ std::vector<Member> members() {
     Geom from, to;
     P3Fn f;
     int minH;
-  } grids[] = {{"420To411", c420(), c411(), keliYCbCr420To411_8u_P3R, 2},
-               {"411To420", c411(), c420(), keliYCbCr411To420_8u_P3R, 4},
-               {"420To1620", c420(), c1620(), keliYCbCr420To1620_8u_P3R, 4},
-               {"1620To420", c1620(), c420(), keliYCbCr1620To420_8u_P3R, 4}};
+  } grids[] = {{"keliYCbCr420To411_8u_P3R", c420(), c411(), keliYCbCr420To411_8u_P3R, 2},
+               {"keliYCbCr411To420_8u_P3R", c411(), c420(), keliYCbCr411To420_8u_P3R, 4},
+               {"keliYCbCr420To1620_8u_P3R", c420(), c1620(), keliYCbCr420To1620_8u_P3R, 4},
+               {"keliYCbCr1620To420_8u_P3R", c1620(), c420(), keliYCbCr1620To420_8u_P3R, 4}};
   for (const Grid& g : grids) {
     const P3Fn f = g.f;
     const int mh = g.minH;

@@ -90,44 +90,44 @@ constexpr Side kYCbCr{Lay::C2YCbCr, Samp::S422}, kYCrCb{Lay::C2YCrCb, Samp::S422
 
 const std::vector<Desc>& descs() {
   static const std::vector<Desc> v = {
-      {"CbYCr422ToYCbCr422_C2P3R", kCbYCr, kP3_422, 2, 1, 2, 0, inv(keliCbYCr422ToYCbCr422_8u_C2P3R)},
-      {"YCbCr422_C2P3R", kYCbCr, kP3_422, 2, 1, 2, 1, inv(keliYCbCr422_8u_C2P3R)},
-      {"YCrCb422ToYCbCr422_C2P3R", kYCrCb, kP3_422, 2, 1, 2, 0, inv(keliYCrCb422ToYCbCr422_8u_C2P3R)},
-      {"YCbCr422_P3C2R", kP3_422, kYCbCr, 2, 1, 2, 1, inv(keliYCbCr422_8u_P3C2R)},
-      {"YCbCr422ToYCrCb422_C2R", kYCbCr, kYCrCb, 2, 1, 2, 0, inv(keliYCbCr422ToYCrCb422_8u_C2R)},
-      {"YCbCr422ToYCrCb422_P3C2R", kP3_422, kYCrCb, 2, 1, 2, 0, inv(keliYCbCr422ToYCrCb422_8u_P3C2R)},
-      {"YCbCr420_P2P3R", kP2_420, kP3_420, 2, 2, 2, 2, inv(keliYCbCr420_8u_P2P3R)},
-      {"YCbCr420_P3P2R", kP3_420, kP2_420, 2, 2, 2, 2, inv(keliYCbCr420_8u_P3P2R)},
-      {"YCbCr411_P2P3R", kP2_411, kP3_411, 4, 1, 4, 0, inv(keliYCbCr411_8u_P2P3R)},
-      {"YCbCr411_P3P2R", kP3_411, kP2_411, 4, 1, 4, 0, inv(keliYCbCr411_8u_P3P2R)},
-      {"CbYCr422ToYCbCr420_C2P3R", kCbYCr, kP3_420, 2, 2, 2, 2, inv(keliCbYCr422ToYCbCr420_8u_C2P3R)},
-      {"YCbCr422ToYCbCr420_C2P3R", kYCbCr, kP3_420, 2, 2, 2, 2, inv(keliYCbCr422ToYCbCr420_8u_C2P3R)},
-      {"YCrCb422ToYCbCr420_C2P3R", kYCrCb, kP3_420, 2, 2, 2, 2, inv(keliYCrCb422ToYCbCr420_8u_C2P3R)},
-      {"YCbCr422ToYCbCr420_P3R", kP3_422, kP3_420, 2, 2, 2, 2, inv(keliYCbCr422ToYCbCr420_8u_P3R)},
-      {"YCbCr422ToYCbCr420_P3P2R", kP3_422, kP2_420, 2, 2, 2, 2, inv(keliYCbCr422ToYCbCr420_8u_P3P2R)},
-      {"CbYCr422ToYCbCr411_C2P3R", kCbYCr, kP3_411, 4, 1, 4, 0, inv(keliCbYCr422ToYCbCr411_8u_C2P3R)},
-      {"YCbCr422ToYCbCr411_C2P3R", kYCbCr, kP3_411, 4, 1, 4, 0, inv(keliYCbCr422ToYCbCr411_8u_C2P3R)},
-      {"YCrCb422ToYCbCr411_C2P3R", kYCrCb, kP3_411, 4, 1, 4, 0, inv(keliYCrCb422ToYCbCr411_8u_C2P3R)},
-      {"YCbCr422ToYCbCr411_C2P2R", kYCbCr, kP2_411, 4, 1, 4, 0, inv(keliYCbCr422ToYCbCr411_8u_C2P2R)},
-      {"YCbCr422ToYCbCr411_P3R", kP3_422, kP3_411, 4, 1, 4, 0, inv(keliYCbCr422ToYCbCr411_8u_P3R)},
-      {"YCbCr422ToYCbCr411_P3P2R", kP3_422, kP2_411, 4, 1, 4, 0, inv(keliYCbCr422ToYCbCr411_8u_P3P2R)},
-      {"YCbCr420ToYCbCr422_P3R", kP3_420, kP3_422, 2, 2, 2, 2, inv(keliYCbCr420ToYCbCr422_8u_P3R)},
-      {"YCbCr420ToYCbCr422_P2P3R", kP2_420, kP3_422, 2, 2, 2, 2, inv(keliYCbCr420ToYCbCr422_8u_P2P3R)},
-      {"YCrCb420ToYCbCr422_P3R", {Lay::P3CrCb, Samp::S420}, kP3_422, 2, 2, 2, 2, inv(keliYCrCb420ToYCbCr422_8u_P3R)},
-      {"YCbCr411ToYCbCr422_P3R", kP3_411, kP3_422, 4, 1, 4, 0, inv(keliYCbCr411ToYCbCr422_8u_P3R)},
-      {"YCbCr411ToYCrCb422_P3R", kP3_411, {Lay::P3CrCb, Samp::S422}, 4, 1, 4, 0, inv(keliYCbCr411ToYCrCb422_8u_P3R)},
-      {"YCbCr411ToYCbCr422_P2P3R", kP2_411, kP3_422, 4, 1, 4, 0, inv(keliYCbCr411ToYCbCr422_8u_P2P3R)},
-      {"YCbCr411ToYCbCr422_P3C2R", kP3_411, kYCbCr, 4, 1, 4, 0, inv(keliYCbCr411ToYCbCr422_8u_P3C2R)},
-      {"YCbCr411ToYCrCb422_P3C2R", kP3_411, kYCrCb, 4, 1, 4, 0, inv(keliYCbCr411ToYCrCb422_8u_P3C2R)},
-      {"YCbCr411ToYCbCr422_P2C2R", kP2_411, kYCbCr, 4, 1, 4, 0, inv(keliYCbCr411ToYCbCr422_8u_P2C2R)},
-      {"YCbCr411ToYCbCr420_P3R", kP3_411, kP3_420, 4, 2, 4, 2, inv(keliYCbCr411ToYCbCr420_8u_P3R)},
-      {"YCbCr411ToYCbCr420_P2P3R", kP2_411, kP3_420, 4, 2, 4, 2, inv(keliYCbCr411ToYCbCr420_8u_P2P3R)},
-      {"YCbCr411ToYCrCb420_P2P3R", kP2_411, {Lay::P3CrCb, Samp::S420}, 4, 2, 4, 2,
+      {"keliCbYCr422ToYCbCr422_8u_C2P3R", kCbYCr, kP3_422, 2, 1, 2, 0, inv(keliCbYCr422ToYCbCr422_8u_C2P3R)},
+      {"keliYCbCr422_8u_C2P3R", kYCbCr, kP3_422, 2, 1, 2, 1, inv(keliYCbCr422_8u_C2P3R)},
+      {"keliYCrCb422ToYCbCr422_8u_C2P3R", kYCrCb, kP3_422, 2, 1, 2, 0, inv(keliYCrCb422ToYCbCr422_8u_C2P3R)},
+      {"keliYCbCr422_8u_P3C2R", kP3_422, kYCbCr, 2, 1, 2, 1, inv(keliYCbCr422_8u_P3C2R)},
+      {"keliYCbCr422ToYCrCb422_8u_C2R", kYCbCr, kYCrCb, 2, 1, 2, 0, inv(keliYCbCr422ToYCrCb422_8u_C2R)},
+      {"keliYCbCr422ToYCrCb422_8u_P3C2R", kP3_422, kYCrCb, 2, 1, 2, 0, inv(keliYCbCr422ToYCrCb422_8u_P3C2R)},
+      {"keliYCbCr420_8u_P2P3R", kP2_420, kP3_420, 2, 2, 2, 2, inv(keliYCbCr420_8u_P2P3R)},
+      {"keliYCbCr420_8u_P3P2R", kP3_420, kP2_420, 2, 2, 2, 2, inv(keliYCbCr420_8u_P3P2R)},
+      {"keliYCbCr411_8u_P2P3R", kP2_411, kP3_411, 4, 1, 4, 0, inv(keliYCbCr411_8u_P2P3R)},
+      {"keliYCbCr411_8u_P3P2R", kP3_411, kP2_411, 4, 1, 4, 0, inv(keliYCbCr411_8u_P3P2R)},
+      {"keliCbYCr422ToYCbCr420_8u_C2P3R", kCbYCr, kP3_420, 2, 2, 2, 2, inv(keliCbYCr422ToYCbCr420_8u_C2P3R)},
+      {"keliYCbCr422ToYCbCr420_8u_C2P3R", kYCbCr, kP3_420, 2, 2, 2, 2, inv(keliYCbCr422ToYCbCr420_8u_C2P3R)},
+      {"keliYCrCb422ToYCbCr420_8u_C2P3R", kYCrCb, kP3_420, 2, 2, 2, 2, inv(keliYCrCb422ToYCbCr420_8u_C2P3R)},
+      {"keliYCbCr422ToYCbCr420_8u_P3R", kP3_422, kP3_420, 2, 2, 2, 2, inv(keliYCbCr422ToYCbCr420_8u_P3R)},
+      {"keliYCbCr422ToYCbCr420_8u_P3P2R", kP3_422, kP2_420, 2, 2, 2, 2, inv(keliYCbCr422ToYCbCr420_8u_P3P2R)},
+      {"keliCbYCr422ToYCbCr411_8u_C2P3R", kCbYCr, kP3_411, 4, 1, 4, 0, inv(keliCbYCr422ToYCbCr411_8u_C2P3R)},
+      {"keliYCbCr422ToYCbCr411_8u_C2P3R", kYCbCr, kP3_411, 4, 1, 4, 0, inv(keliYCbCr422ToYCbCr411_8u_C2P3R)},
+      {"keliYCrCb422ToYCbCr411_8u_C2P3R", kYCrCb, kP3_411, 4, 1, 4, 0, inv(keliYCrCb422ToYCbCr411_8u_C2P3R)},
+      {"keliYCbCr422ToYCbCr411_8u_C2P2R", kYCbCr, kP2_411, 4, 1, 4, 0, inv(keliYCbCr422ToYCbCr411_8u_C2P2R)},
+      {"keliYCbCr422ToYCbCr411_8u_P3R", kP3_422, kP3_411, 4, 1, 4, 0, inv(keliYCbCr422ToYCbCr411_8u_P3R)},
+      {"keliYCbCr422ToYCbCr411_8u_P3P2R", kP3_422, kP2_411, 4, 1, 4, 0, inv(keliYCbCr422ToYCbCr411_8u_P3P2R)},
+      {"keliYCbCr420ToYCbCr422_8u_P3R", kP3_420, kP3_422, 2, 2, 2, 2, inv(keliYCbCr420ToYCbCr422_8u_P3R)},
+      {"keliYCbCr420ToYCbCr422_8u_P2P3R", kP2_420, kP3_422, 2, 2, 2, 2, inv(keliYCbCr420ToYCbCr422_8u_P2P3R)},
+      {"keliYCrCb420ToYCbCr422_8u_P3R", {Lay::P3CrCb, Samp::S420}, kP3_422, 2, 2, 2, 2, inv(keliYCrCb420ToYCbCr422_8u_P3R)},
+      {"keliYCbCr411ToYCbCr422_8u_P3R", kP3_411, kP3_422, 4, 1, 4, 0, inv(keliYCbCr411ToYCbCr422_8u_P3R)},
+      {"keliYCbCr411ToYCrCb422_8u_P3R", kP3_411, {Lay::P3CrCb, Samp::S422}, 4, 1, 4, 0, inv(keliYCbCr411ToYCrCb422_8u_P3R)},
+      {"keliYCbCr411ToYCbCr422_8u_P2P3R", kP2_411, kP3_422, 4, 1, 4, 0, inv(keliYCbCr411ToYCbCr422_8u_P2P3R)},
+      {"keliYCbCr411ToYCbCr422_8u_P3C2R", kP3_411, kYCbCr, 4, 1, 4, 0, inv(keliYCbCr411ToYCbCr422_8u_P3C2R)},
+      {"keliYCbCr411ToYCrCb422_8u_P3C2R", kP3_411, kYCrCb, 4, 1, 4, 0, inv(keliYCbCr411ToYCrCb422_8u_P3C2R)},
+      {"keliYCbCr411ToYCbCr422_8u_P2C2R", kP2_411, kYCbCr, 4, 1, 4, 0, inv(keliYCbCr411ToYCbCr422_8u_P2C2R)},
+      {"keliYCbCr411ToYCbCr420_8u_P3R", kP3_411, kP3_420, 4, 2, 4, 2, inv(keliYCbCr411ToYCbCr420_8u_P3R)},
+      {"keliYCbCr411ToYCbCr420_8u_P2P3R", kP2_411, kP3_420, 4, 2, 4, 2, inv(keliYCbCr411ToYCbCr420_8u_P2P3R)},
+      {"keliYCbCr411ToYCrCb420_8u_P2P3R", kP2_411, {Lay::P3CrCb, Samp::S420}, 4, 2, 4, 2,
        inv(keliYCbCr411ToYCrCb420_8u_P2P3R)},
-      {"YCbCr411ToYCbCr420_P3P2R", kP3_411, kP2_420, 4, 2, 4, 2, inv(keliYCbCr411ToYCbCr420_8u_P3P2R)},
-      {"YCbCr420ToYCbCr411_P2P3R", kP2_420, kP3_411, 4, 2, 4, 2, inv(keliYCbCr420ToYCbCr411_8u_P2P3R)},
-      {"YCbCr420ToYCbCr411_P3P2R", kP3_420, kP2_411, 4, 2, 4, 2, inv(keliYCbCr420ToYCbCr411_8u_P3P2R)},
-      {"YCrCb420ToYCbCr411_P3P2R", {Lay::P3CrCb, Samp::S420}, kP2_411, 4, 2, 4, 2,
+      {"keliYCbCr411ToYCbCr420_8u_P3P2R", kP3_411, kP2_420, 4, 2, 4, 2, inv(keliYCbCr411ToYCbCr420_8u_P3P2R)},
+      {"keliYCbCr420ToYCbCr411_8u_P2P3R", kP2_420, kP3_411, 4, 2, 4, 2, inv(keliYCbCr420ToYCbCr411_8u_P2P3R)},
+      {"keliYCbCr420ToYCbCr411_8u_P3P2R", kP3_420, kP2_411, 4, 2, 4, 2, inv(keliYCbCr420ToYCbCr411_8u_P3P2R)},
+      {"keliYCrCb420ToYCbCr411_8u_P3P2R", {Lay::P3CrCb, Samp::S420}, kP2_411, 4, 2, 4, 2,
        inv(keliYCrCb420ToYCbCr411_8u_P3P2R)},
   };
   return v;
@@ -148,7 +148,7 @@ std::vector<Geom> geoms(Side sd) {
 }
 
 Member member(const Desc& d) {
-  Member m{std::string("keli") + d.name, geoms(d.from), geoms(d.to), d.call};
+  Member m{d.name, geoms(d.from), geoms(d.to), d.call};
   m.order = Order::B;
   m.minW = d.minW;
   m.minH = d.minH ? d.minH : 1;
@@ -285,13 +285,13 @@ TEST(ChromaLayouts, EdgeCases) {
     KeliSize roi;
     KelStatus want;
   } cases[] = {
-      {"YCbCr422ToYCbCr411_P3R", {8, 0}, kelStatusOk},      // height not examined: nothing done
-      {"YCbCr422ToYCbCr411_P3R", {8, -3}, kelStatusOk},
-      {"YCbCr422_C2P3R", {8, 0}, kelStatusBadSize},         // the one C2 -> P3 member with a height minimum
-      {"YCbCr420ToYCbCr422_P3R", {8, 1}, kelStatusBadSize},
-      {"YCbCr411ToYCbCr422_P3R", {3, 4}, kelStatusBadSize},
-      {"YCbCr411ToYCbCr420_P3R", {4, 1}, kelStatusBadSize},
-      {"YCbCr422ToYCrCb422_C2R", {1, 4}, kelStatusBadSize},
+      {"keliYCbCr422ToYCbCr411_8u_P3R", {8, 0}, kelStatusOk},      // height not examined: nothing done
+      {"keliYCbCr422ToYCbCr411_8u_P3R", {8, -3}, kelStatusOk},
+      {"keliYCbCr422_8u_C2P3R", {8, 0}, kelStatusBadSize},         // the one C2 -> P3 member with a height minimum
+      {"keliYCbCr420ToYCbCr422_8u_P3R", {8, 1}, kelStatusBadSize},
+      {"keliYCbCr411ToYCbCr422_8u_P3R", {3, 4}, kelStatusBadSize},
+      {"keliYCbCr411ToYCbCr420_8u_P3R", {4, 1}, kelStatusBadSize},
+      {"keliYCbCr422ToYCrCb422_8u_C2R", {1, 4}, kelStatusBadSize},
   };
   for (const Case& c : cases) {
     const Desc* d = nullptr;

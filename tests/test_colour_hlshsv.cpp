@@ -106,7 +106,15 @@ void fillTelling(Images& im, int sampleBytes, std::mt19937& rng) {
   }
 }
 
+std::vector<Member> allMembers() {
+  std::vector<Member> v = rgbMembers(), b = bgrMembers();
+  v.insert(v.end(), b.begin(), b.end());
+  return v;
+}
+
 }  // namespace
+
+KT_MEMBERS(allMembers);
 
 TEST(ColourHlsHsv, GuardsErrorsAndPathsRgb) { checkAll(rgbMembers()); }
 // The BGR members open a region at every size; the many small calls of the

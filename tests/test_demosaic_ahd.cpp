@@ -112,12 +112,11 @@ KT_MEMBERS(members);
 }  // namespace
 
 // The generic checks of the harness (order G has its own test below).
-TEST(DemosaicAhd, GuardsPathsAndPages) {
+TEST(DemosaicAhd, GuardsAndPaths) {
   for (const kt::Member& m : members()) {
     SCOPED_TRACE(m.name);
     kt::checkGuards(m, 40, 80, 14);
     kt::checkPaths(m, 30, 80, 14);
-    kt::checkPageEdges(m, 24);
   }
 }
 

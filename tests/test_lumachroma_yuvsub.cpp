@@ -79,6 +79,7 @@ std::vector<Def> defs() {
   std::vector<Def> v;
   for (const Row& r : rows) {
     Def d{Member{r.name, geoms(r.in), geoms(r.out), r.call}, r.in, r.out, r.tight};
+    d.m.tightSteps = r.tight;
     if (r.is420) d.m.final = status420;
     d.m.sharedSrcStep = r.sharedS, d.m.sharedDstStep = r.sharedD;
     if (d.m.name == "keliYUV420ToBGR_8u_P3C3R") d.m.minW = d.m.minH = 2;
@@ -242,7 +243,12 @@ std::vector<Member> steppedMembers() {
     if (!d.tight) ms.push_back(d.m);
   return ms;
 }
-KT_MEMBERS(steppedMembers);
+std::vector<Member> allMembers() {
+  std::vector<Member> ms;
+  for (const Def& d : defs()) ms.push_back(d.m);
+  return ms;
+}
+KT_MEMBERS(allMembers);
 
 TEST(RgbYuvSub, GuardsErrorsAndPaths) {
   for (const Def& d : defs())

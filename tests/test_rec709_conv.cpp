@@ -24,33 +24,33 @@ Member to420(const char* name, int bpp,
 
 std::vector<Member> members() {
   std::vector<Member> v;
-  v.push_back(to420("BGRToYCbCr420_709CSC_C3P3R", 3, keliBGRToYCbCr420_709CSC_8u_C3P3R));
-  v.push_back(to420("BGRToYCbCr420_709CSC_AC4P3R", 4, keliBGRToYCbCr420_709CSC_8u_AC4P3R));
-  v.push_back(to420("BGRToYCrCb420_709CSC_C3P3R", 3, keliBGRToYCrCb420_709CSC_8u_C3P3R));
-  v.push_back(to420("BGRToYCrCb420_709CSC_AC4P3R", 4, keliBGRToYCrCb420_709CSC_8u_AC4P3R));
-  v.push_back(to420("BGRToYCbCr420_709HDTV_AC4P3R", 4, keliBGRToYCbCr420_709HDTV_8u_AC4P3R));
+  v.push_back(to420("keliBGRToYCbCr420_709CSC_8u_C3P3R", 3, keliBGRToYCbCr420_709CSC_8u_C3P3R));
+  v.push_back(to420("keliBGRToYCbCr420_709CSC_8u_AC4P3R", 4, keliBGRToYCbCr420_709CSC_8u_AC4P3R));
+  v.push_back(to420("keliBGRToYCrCb420_709CSC_8u_C3P3R", 3, keliBGRToYCrCb420_709CSC_8u_C3P3R));
+  v.push_back(to420("keliBGRToYCrCb420_709CSC_8u_AC4P3R", 4, keliBGRToYCrCb420_709CSC_8u_AC4P3R));
+  v.push_back(to420("keliBGRToYCbCr420_709HDTV_8u_AC4P3R", 4, keliBGRToYCbCr420_709HDTV_8u_AC4P3R));
 
-  Member m{"YCbCr420ToBGR_709CSC_P3C3R", {full(1), sub(1, 1, 1), sub(1, 1, 1)}, {full(3)}, [](Call& c) {
+  Member m{"keliYCbCr420ToBGR_709CSC_8u_P3C3R", {full(1), sub(1, 1, 1), sub(1, 1, 1)}, {full(3)}, [](Call& c) {
              auto s = c.sArr(3);
              return keliYCbCr420ToBGR_709CSC_8u_P3C3R(s, c.ssArr(3), c.d(0), c.ds(0), c.roi());
            }};
   m.final = status420;
   v.push_back(m);
-  m = {"YCbCr420ToBGR_709HDTV_P3C4R", {full(1), sub(1, 1, 1), sub(1, 1, 1)}, {full(4)}, [](Call& c) {
+  m = {"keliYCbCr420ToBGR_709HDTV_8u_P3C4R", {full(1), sub(1, 1, 1), sub(1, 1, 1)}, {full(4)}, [](Call& c) {
          auto s = c.sArr(3);
          return keliYCbCr420ToBGR_709HDTV_8u_P3C4R(s, c.ssArr(3), c.d(0), c.ds(0), c.roi(), 0x1C3);
        }};
   m.final = status420;
   v.push_back(m);
 
-  m = {"YCbCrToBGR_709CSC_P3C3R", {full(1), full(1), full(1)}, {full(3)}, [](Call& c) {
+  m = {"keliYCbCrToBGR_709CSC_8u_P3C3R", {full(1), full(1), full(1)}, {full(3)}, [](Call& c) {
          auto s = c.sArr(3);
          return keliYCbCrToBGR_709CSC_8u_P3C3R(s, c.ss(0), c.d(0), c.ds(0), c.roi());
        }};
   m.order = Order::B;
   m.sharedSrcStep = true;
   v.push_back(m);
-  m = {"YCbCrToBGR_709CSC_P3C4R", {full(1), full(1), full(1)}, {full(4)}, [](Call& c) {
+  m = {"keliYCbCrToBGR_709CSC_8u_P3C4R", {full(1), full(1), full(1)}, {full(4)}, [](Call& c) {
          auto s = c.sArr(3);
          return keliYCbCrToBGR_709CSC_8u_P3C4R(s, c.ss(0), c.d(0), c.ds(0), c.roi(), 77);
        }};
@@ -59,19 +59,19 @@ std::vector<Member> members() {
   v.push_back(m);
 
   auto pix = [&](const char* name, Geom s, Geom d, Invoke f) { v.push_back(Member{name, {s}, {d}, f}); };
-  pix("BGRToCbYCr422_709HDTV_C3C2R", full(3), full(2), [](Call& c) {
+  pix("keliBGRToCbYCr422_709HDTV_8u_C3C2R", full(3), full(2), [](Call& c) {
     const Kel8u* s = c.s(0);
     return keliBGRToCbYCr422_709HDTV_8u_C3C2R(s, c.ss(0), c.d(0), c.ds(0), c.roi());
   });
-  pix("BGRToCbYCr422_709HDTV_AC4C2R", full(4), full(2), [](Call& c) {
+  pix("keliBGRToCbYCr422_709HDTV_8u_AC4C2R", full(4), full(2), [](Call& c) {
     const Kel8u* s = c.s(0);
     return keliBGRToCbYCr422_709HDTV_8u_AC4C2R(s, c.ss(0), c.d(0), c.ds(0), c.roi());
   });
-  pix("CbYCr422ToBGR_709HDTV_C2C3R", full(2), full(3), [](Call& c) {
+  pix("keliCbYCr422ToBGR_709HDTV_8u_C2C3R", full(2), full(3), [](Call& c) {
     const Kel8u* s = c.s(0);
     return keliCbYCr422ToBGR_709HDTV_8u_C2C3R(s, c.ss(0), c.d(0), c.ds(0), c.roi());
   });
-  pix("CbYCr422ToBGR_709HDTV_C2C4R", full(2), full(4), [](Call& c) {
+  pix("keliCbYCr422ToBGR_709HDTV_8u_C2C4R", full(2), full(4), [](Call& c) {
     const Kel8u* s = c.s(0);
     return keliCbYCr422ToBGR_709HDTV_8u_C2C4R(s, c.ss(0), c.d(0), c.ds(0), c.roi(), -1);
   });
@@ -170,25 +170,25 @@ int body8(int w) { return w & ~7; }
 
 using P3 = const Kel8u* const*;
 const BlockMember kBlocks[] = {
-    {"BGRToYCbCr420_709CSC_C3P3R", Shape::To420, 3, bodyTo420, 16,
+    {"keliBGRToYCbCr420_709CSC_8u_C3P3R", Shape::To420, 3, bodyTo420, 16,
      [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliBGRToYCbCr420_709CSC_8u_C3P3R(s[0], ss[0], d, ds, r); }},
-    {"BGRToYCbCr420_709CSC_AC4P3R", Shape::To420, 4, bodyTo420, 16,
+    {"keliBGRToYCbCr420_709CSC_8u_AC4P3R", Shape::To420, 4, bodyTo420, 16,
      [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliBGRToYCbCr420_709CSC_8u_AC4P3R(s[0], ss[0], d, ds, r); }},
-    {"BGRToYCrCb420_709CSC_C3P3R", Shape::To420, 3, bodyTo420, 16,
+    {"keliBGRToYCrCb420_709CSC_8u_C3P3R", Shape::To420, 3, bodyTo420, 16,
      [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliBGRToYCrCb420_709CSC_8u_C3P3R(s[0], ss[0], d, ds, r); }},
-    {"BGRToYCbCr420_709HDTV_AC4P3R", Shape::To420, 4, bodyTo420, 16,
+    {"keliBGRToYCbCr420_709HDTV_8u_AC4P3R", Shape::To420, 4, bodyTo420, 16,
      [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliBGRToYCbCr420_709HDTV_8u_AC4P3R(s[0], ss[0], d, ds, r); }},
-    {"YCbCr420ToBGR_709CSC_P3C3R", Shape::From420, 3, bodyFrom420, 8,
+    {"keliYCbCr420ToBGR_709CSC_8u_P3C3R", Shape::From420, 3, bodyFrom420, 8,
      [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliYCbCr420ToBGR_709CSC_8u_P3C3R(s, ss, d[0], ds[0], r); }},
-    {"YCbCr420ToBGR_709HDTV_P3C4R", Shape::From420, 4, bodyFrom420, 8,
+    {"keliYCbCr420ToBGR_709HDTV_8u_P3C4R", Shape::From420, 4, bodyFrom420, 8,
      [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliYCbCr420ToBGR_709HDTV_8u_P3C4R(s, ss, d[0], ds[0], r, 0xAB); }},
-    {"BGRToCbYCr422_709HDTV_C3C2R", Shape::ToC2, 3, bodyC2C3, 8,
+    {"keliBGRToCbYCr422_709HDTV_8u_C3C2R", Shape::ToC2, 3, bodyC2C3, 8,
      [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliBGRToCbYCr422_709HDTV_8u_C3C2R(s[0], ss[0], d[0], ds[0], r); }},
-    {"BGRToCbYCr422_709HDTV_AC4C2R", Shape::ToC2, 4, body8, 8,
+    {"keliBGRToCbYCr422_709HDTV_8u_AC4C2R", Shape::ToC2, 4, body8, 8,
      [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliBGRToCbYCr422_709HDTV_8u_AC4C2R(s[0], ss[0], d[0], ds[0], r); }},
-    {"CbYCr422ToBGR_709HDTV_C2C3R", Shape::FromC2, 3, body8, 8,
+    {"keliCbYCr422ToBGR_709HDTV_8u_C2C3R", Shape::FromC2, 3, body8, 8,
      [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliCbYCr422ToBGR_709HDTV_8u_C2C3R(s[0], ss[0], d[0], ds[0], r); }},
-    {"CbYCr422ToBGR_709HDTV_C2C4R", Shape::FromC2, 4, body8, 8,
+    {"keliCbYCr422ToBGR_709HDTV_8u_C2C4R", Shape::FromC2, 4, body8, 8,
      [](P3 s, const int* ss, Kel8u** d, const int* ds, KeliSize r) { return keliCbYCr422ToBGR_709HDTV_8u_C2C4R(s[0], ss[0], d[0], ds[0], r, 0xAB); }},
 };
 const BlockMember& blocks(const std::string& name) {
@@ -239,21 +239,21 @@ TEST(Rec709, ForwardValuesOfSolidColours) {
     std::array<int, 3> bgr;
     std::array<int, 3> ycbcr;  // in plane (or byte) order; -1: not checked
   } cases[] = {
-      {"BGRToYCbCr420_709HDTV_AC4P3R", {0, 0, 0}, {1, 128, 128}},
-      {"BGRToYCbCr420_709HDTV_AC4P3R", {255, 255, 255}, {254, 128, 128}},
-      {"BGRToYCbCr420_709HDTV_AC4P3R", {0, 255, 255}, {-1, 1, -1}},
-      {"BGRToYCbCr420_709HDTV_AC4P3R", {255, 0, 0}, {-1, 254, -1}},
-      {"BGRToYCbCr420_709HDTV_AC4P3R", {0, 0, 255}, {-1, -1, 254}},
-      {"BGRToYCbCr420_709CSC_C3P3R", {255, 255, 255}, {235, 128, 128}},
-      {"BGRToYCbCr420_709CSC_C3P3R", {0, 0, 0}, {16, 128, 128}},
-      {"BGRToYCbCr420_709CSC_C3P3R", {255, 0, 0}, {-1, 240, -1}},
-      {"BGRToYCbCr420_709CSC_AC4P3R", {0, 0, 255}, {-1, -1, 240}},
-      {"BGRToCbYCr422_709HDTV_C3C2R", {255, 0, 0}, {-1, 254, -1}},
-      {"BGRToCbYCr422_709HDTV_AC4C2R", {255, 0, 0}, {-1, 254, -1}},
-      {"BGRToCbYCr422_709HDTV_C3C2R", {0, 0, 0}, {1, 128, 128}},
+      {"keliBGRToYCbCr420_709HDTV_8u_AC4P3R", {0, 0, 0}, {1, 128, 128}},
+      {"keliBGRToYCbCr420_709HDTV_8u_AC4P3R", {255, 255, 255}, {254, 128, 128}},
+      {"keliBGRToYCbCr420_709HDTV_8u_AC4P3R", {0, 255, 255}, {-1, 1, -1}},
+      {"keliBGRToYCbCr420_709HDTV_8u_AC4P3R", {255, 0, 0}, {-1, 254, -1}},
+      {"keliBGRToYCbCr420_709HDTV_8u_AC4P3R", {0, 0, 255}, {-1, -1, 254}},
+      {"keliBGRToYCbCr420_709CSC_8u_C3P3R", {255, 255, 255}, {235, 128, 128}},
+      {"keliBGRToYCbCr420_709CSC_8u_C3P3R", {0, 0, 0}, {16, 128, 128}},
+      {"keliBGRToYCbCr420_709CSC_8u_C3P3R", {255, 0, 0}, {-1, 240, -1}},
+      {"keliBGRToYCbCr420_709CSC_8u_AC4P3R", {0, 0, 255}, {-1, -1, 240}},
+      {"keliBGRToCbYCr422_709HDTV_8u_C3C2R", {255, 0, 0}, {-1, 254, -1}},
+      {"keliBGRToCbYCr422_709HDTV_8u_AC4C2R", {255, 0, 0}, {-1, 254, -1}},
+      {"keliBGRToCbYCr422_709HDTV_8u_C3C2R", {0, 0, 0}, {1, 128, 128}},
       // Planes Y, Cr, Cb: the second plane takes Cr.
-      {"BGRToYCbCr420_709CSC_C3P3R", {255, 0, 0}, {-1, 240, 117}},
-      {"BGRToYCrCb420_709CSC_C3P3R", {255, 0, 0}, {-1, 117, 240}},
+      {"keliBGRToYCbCr420_709CSC_8u_C3P3R", {255, 0, 0}, {-1, 240, 117}},
+      {"keliBGRToYCrCb420_709CSC_8u_C3P3R", {255, 0, 0}, {-1, 117, 240}},
   };
   for (const Case& c : cases) {
     const BlockMember& m = blocks(c.member);
@@ -287,12 +287,12 @@ TEST(Rec709, InverseValues) {
     std::array<int, 3> ycbcr;
     int bgr;  // all three colours
   } cases[] = {
-      {"YCbCr420ToBGR_709CSC_P3C3R", {16, 128, 128}, 0},
-      {"YCbCr420ToBGR_709CSC_P3C3R", {235, 128, 128}, 255},
-      {"YCbCr420ToBGR_709HDTV_P3C4R", {100, 128, 128}, 100},
-      {"CbYCr422ToBGR_709HDTV_C2C3R", {100, 128, 128}, 100},
-      {"CbYCr422ToBGR_709HDTV_C2C4R", {0, 128, 128}, 0},
-      {"CbYCr422ToBGR_709HDTV_C2C4R", {255, 128, 128}, 255},
+      {"keliYCbCr420ToBGR_709CSC_8u_P3C3R", {16, 128, 128}, 0},
+      {"keliYCbCr420ToBGR_709CSC_8u_P3C3R", {235, 128, 128}, 255},
+      {"keliYCbCr420ToBGR_709HDTV_8u_P3C4R", {100, 128, 128}, 100},
+      {"keliCbYCr422ToBGR_709HDTV_8u_C2C3R", {100, 128, 128}, 100},
+      {"keliCbYCr422ToBGR_709HDTV_8u_C2C4R", {0, 128, 128}, 0},
+      {"keliCbYCr422ToBGR_709HDTV_8u_C2C4R", {255, 128, 128}, 255},
   };
   for (const Case& c : cases) {
     const BlockMember& m = blocks(c.member);
@@ -367,7 +367,7 @@ TEST(Rec709, LastOddPixelAndOddSizes) {
   }
   // CbYCr -> BGR, width 1: Cr is the pixel's own Cb byte. Width 3: the
   // third pixel is the second pair's Cb and Y with the first pair's Cr.
-  const BlockMember& m = blocks("CbYCr422ToBGR_709HDTV_C2C4R");
+  const BlockMember& m = blocks("keliCbYCr422ToBGR_709HDTV_8u_C2C4R");
   const Kel8u c2[6] = {60, 90, 200, 30, 180, 140};
   Kel8u one[4], three[12];
   ASSERT_EQ(keliCbYCr422ToBGR_709HDTV_8u_C2C4R(c2, 8, one, 4, {1, 1}, 0xAB), kelStatusOk);

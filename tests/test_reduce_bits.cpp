@@ -59,7 +59,11 @@ Member member(const Entry& e, KelDitherType t, int noise, int levels) {
            {full(e.px * e.sb)},
            {full(e.px * e.db)},
            [e, t, noise, levels](Call& c) {
-             return e.f(c.s(0), c.ss(0), c.d(0), c.ds(0), c.roi(), noise, t, levels);
+             const int n = c.param(noise);
+             // 0 to 7: the values a C++ caller can hold in the enumeration
+             // (5 to 7 are the methods above 4, which do nothing).
+             const auto type = static_cast<KelDitherType>(c.param(int32_t(t)) & 7);
+             return e.f(c.s(0), c.ss(0), c.d(0), c.ds(0), c.roi(), n, type, c.param(levels));
            }};
   m.sampleBytes = std::max(e.sb, e.db);
   m.finiteFloats = e.floatSrc;
@@ -76,7 +80,22 @@ std::vector<D> reduce(Fn<S, D> f, const std::vector<S>& src, int w, int h, int p
   return dst;
 }
 
+// Every member under three methods, for the tests that take all members
+// (the fuzzer also puts other methods, levels and noise in their place).
+std::vector<Member> registered() {
+  std::vector<Member> v;
+  const struct {
+    KelDitherType t;
+    int noise, levels;
+  } methods[] = {{kNone, 0, 7}, {kBayer, 40, 3}, {kFs, 25, 6}};
+  for (const Entry& e : entries())
+    for (const auto& mt : methods) v.push_back(member(e, mt.t, mt.noise, mt.levels));
+  return v;
+}
+
 }  // namespace
+
+KT_MEMBERS(registered);
 
 // ---- every member, method and depth pair through the harness ------------------
 TEST(ReduceBits, GuardsErrorsAndPaths) {
@@ -110,6 +129,31 @@ TEST(ReduceBits, VectorBodiesEqualScalar) {
       if (i < 4) checkPaths(member(entries()[i], kNone, 0, levels), 3, 700, 3);
     }
   for (int i : {4, 5, 8, 9}) checkPaths(member(entries()[i], kBayer, 0, 65536), 4, 700, 3);
+}
+
+// 8u ordered dither without noise goes through a table of the call on large
+// images (AVX-512 VBMI, 2^17 samples and more): every layout, level counts
+// that put level edges in both halves of the table, widths whose rows end
+// anywhere in a vector, heights below and above the four row phases.
+TEST(ReduceBits, OrderedTableEqualsScalar) {
+  ThreadScope threads(1);
+  for (int levels : {2, 5, 129, 256})
+    for (size_t i = 0; i < 4; ++i) {
+      checkPaths(member(entries()[i], kBayer, 0, levels), 2, 20000 + 997 * levels, 40);
+    }
+  // Fewer rows than row phases.
+  std::mt19937 rng(3);
+  for (int h = 1; h <= 3; ++h) {
+    const int w = 50000 + 61 * h;
+    std::vector<Kel8u> src(size_t(w) * h * 3);
+    for (auto& v : src) v = Kel8u(rng());
+    std::vector<Kel8u> want;
+    {
+      IsaScope scalar(kel::Isa::Scalar);
+      want = reduce<Kel8u, Kel8u>(keliReduceBits_8u_C3R, src, w, h, 3, kBayer, 6);
+    }
+    EXPECT_EQ((reduce<Kel8u, Kel8u>(keliReduceBits_8u_C3R, src, w, h, 3, kBayer, 6)), want) << h;
+  }
 }
 
 // The check list in its order; a method above 4 returns at once, reading nothing.
@@ -486,6 +530,33 @@ void checkRowByRow(Fn<typename Dp::S, typename Dp::D> f, bool floatSrc) {
   }
 }
 }  // namespace
+
+// 8u Floyd-Steinberg runs sixteen rows per vector on AVX-512 processors,
+// with and without noise: streams of 16 rows and more, any width (one pixel
+// too), samples that saturate at both ends and long dark runs whose errors
+// fade to subnormal floats, against the row-by-row definition and through
+// the harness.
+TEST(ReduceBits, DiffusionSixteenRowsEqualTheDefinition) {
+  using namespace kel::reduce;
+  std::mt19937 rng(5);
+  for (int i = 0; i < 40; ++i) {
+    const bool dark = (i & 3) == 3;
+    const int w = i < 4 ? 1 + i : (dark ? 200 : 1) + int(rng() % 150), h = 16 + int(rng() % 50);
+    const int levels = 2 + int(rng() % 255);
+    std::vector<Kel8u> src(size_t(w) * h);
+    for (size_t k = 0; k < src.size(); ++k) {
+      const unsigned kind = dark && int(k % w) < w - 8 ? 4 : rng() % 4;
+      src[k] = kind == 0 ? 0 : (kind == 1 ? 255 : (kind == 4 ? (k % w == 0 ? 200 : 0) : Kel8u(rng())));
+    }
+    const int noise = i % 3 == 1 ? 1 + int(rng() % 100) : 0;
+    ASSERT_EQ((reduce<Kel8u, Kel8u>(keliReduceBits_8u_C1R, src, w, h, 1, kFs, levels, noise)),
+              (noise ? rowByRow<D8u, true>(src, w, h, levels, noise, kFs) : rowByRow<D8u, false>(src, w, h, levels, 0, kFs)))
+        << w << "x" << h << " levels " << levels << " noise " << noise;
+  }
+  ThreadScope threads(1);
+  for (size_t i = 0; i < 4; ++i)
+    for (int noise : {0, 35}) checkPaths(member(entries()[i], kFs, noise, 2 + int(i) * 60), 6, 120, 40);
+}
 
 TEST(ReduceBits, DiffusionEqualsTheRowByRowDefinition) {
   using namespace kel::reduce;

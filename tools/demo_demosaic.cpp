@@ -3,6 +3,7 @@
 // or headerless samples with --size and --depth) back into RGB with the
 // bilinear method or AHD; the demo mosaics the test picture and rebuilds it
 // both ways.
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -34,20 +35,14 @@ int channelAt(int grid, int x, int y) {
   return t[grid][y & 1][x & 1];
 }
 
-bool readAll(const std::string& path, std::vector<uint8_t>& data) {
-  std::ifstream f(path, std::ios::binary);
-  if (!f) return false;
-  data.assign(std::istreambuf_iterator<char>(f), {});
-  return true;
-}
-
 // Binary PGM (P5): 8-bit samples for a maximum below 256, else 16-bit
-// big-endian samples.
-bool readPgm(const std::vector<uint8_t>& d, Raw& raw) {
-  if (d.size() < 2 || d[0] != 'P' || d[1] != '5') return false;
+// big-endian samples. Returns what is wrong with the data, or "".
+std::string readPgm(const std::vector<uint8_t>& d, Raw& raw) {
+  if (d.size() < 2 || d[0] != 'P' || d[1] != '5')
+    return "not a binary PGM (P5); for headerless samples give --size WxH and --depth 8|16";
   size_t i = 2;
-  int vals[3];
-  for (int& v : vals) {
+  long vals[3];
+  for (long& v : vals) {
     for (;;) {
       while (i < d.size() && std::isspace(d[i])) ++i;
       if (i < d.size() && d[i] == '#') {
@@ -57,31 +52,40 @@ bool readPgm(const std::vector<uint8_t>& d, Raw& raw) {
       }
     }
     v = 0;
-    if (i >= d.size() || !std::isdigit(d[i])) return false;
-    while (i < d.size() && std::isdigit(d[i])) v = v * 10 + (d[i++] - '0');
+    if (i >= d.size() || !std::isdigit(d[i])) return "damaged PGM header";
+    while (i < d.size() && std::isdigit(d[i]) && v < 1000000) v = v * 10 + (d[i++] - '0');
   }
   ++i;  // the single white-space byte before the samples
-  raw.w = vals[0], raw.h = vals[1], raw.depth = vals[2] > 255 ? 16 : 8;
+  if (vals[0] < 1 || vals[1] < 1 || vals[0] > 65535 || vals[1] > 65535 || vals[0] * vals[1] > (1L << 28) ||
+      vals[2] < 1 || vals[2] > 65535)
+    return "PGM header gives an impossible size or maximum";
+  raw.w = static_cast<int>(vals[0]), raw.h = static_cast<int>(vals[1]), raw.depth = vals[2] > 255 ? 16 : 8;
   const size_t n = static_cast<size_t>(raw.w) * raw.h;
-  if (raw.w < 1 || raw.h < 1 || d.size() < i + n * (raw.depth / 8)) return false;
+  if (d.size() < i + n * (raw.depth / 8))
+    return "truncated PGM: " + std::to_string(d.size() - std::min(d.size(), i)) + " bytes of samples, " +
+           std::to_string(raw.w) + "x" + std::to_string(raw.h) + " at " + std::to_string(raw.depth) + " bits needs " +
+           std::to_string(n * (raw.depth / 8));
   if (raw.depth == 8) {
     raw.s8.assign(d.begin() + i, d.begin() + i + n);
   } else {
     raw.s16.resize(n);
     for (size_t k = 0; k < n; ++k) raw.s16[k] = static_cast<uint16_t>(d[i + 2 * k] << 8 | d[i + 2 * k + 1]);
   }
-  return true;
+  return "";
 }
 
 bool writePgm(const std::string& path, const Raw& raw) {
-  std::ofstream f(path, std::ios::binary);
-  f << "P5\n" << raw.w << " " << raw.h << "\n" << (raw.depth == 8 ? 255 : 65535) << "\n";
-  if (raw.depth == 8) {
-    f.write(reinterpret_cast<const char*>(raw.s8.data()), static_cast<std::streamsize>(raw.s8.size()));
-  } else {
-    for (uint16_t v : raw.s16) f.put(static_cast<char>(v >> 8)), f.put(static_cast<char>(v & 255));
-  }
-  return static_cast<bool>(f);
+  return tool::writeWhole(path, [&](const std::string& tmp) {
+    std::ofstream f(tmp, std::ios::binary);
+    f << "P5\n" << raw.w << " " << raw.h << "\n" << (raw.depth == 8 ? 255 : 65535) << "\n";
+    if (raw.depth == 8) {
+      f.write(reinterpret_cast<const char*>(raw.s8.data()), static_cast<std::streamsize>(raw.s8.size()));
+    } else {
+      for (uint16_t v : raw.s16) f.put(static_cast<char>(v >> 8)), f.put(static_cast<char>(v & 255));
+    }
+    f.close();
+    return static_cast<bool>(f);
+  });
 }
 
 // Demosaics a whole raw image; 8-bit results into `out8`, 16-bit into `out16`.
@@ -119,12 +123,16 @@ Raw mosaic(const Image& img, int grid, int depth) {
   return raw;
 }
 
-int fail(const char* what, const std::string& arg = "") {
-  std::fprintf(stderr, "kelcc: %s%s\n", what, arg.c_str());
-  return 1;
+// The options both commands share; false after a message.
+bool gridOption(const std::string& cmd, const std::string& v, int& g) {
+  g = gridOf(v);
+  if (g >= 0) return true;
+  tool::fail(cmd, "", "--grid takes rggb, bggr, gbrg or grbg, got '" + v + "'", 2);
+  return false;
 }
 
 int cmdDemosaic(int argc, char** argv) {
+  const char* cmd = "demosaic";
   std::string in, out, grid = "rggb", method = "bilinear";
   int w = 0, h = 0, depth = 8;
   for (int i = 0; i < argc; ++i) {
@@ -133,64 +141,83 @@ int cmdDemosaic(int argc, char** argv) {
     if (a == "--grid") grid = next();
     else if (a == "--method") method = next();
     else if (a == "--size") {
-      if (std::sscanf(next().c_str(), "%dx%d", &w, &h) != 2) return fail("--size takes WxH");
-    } else if (a == "--depth") depth = std::atoi(next().c_str());
+      const std::string v = next();
+      int n = 0;
+      if (std::sscanf(v.c_str(), "%dx%d%n", &w, &h, &n) != 2 || v[n] || w < 1 || h < 1 || w > 65535 || h > 65535)
+        return tool::fail(cmd, "", "--size takes WxH (e.g. 4000x3000), got '" + v + "'", 2);
+    } else if (a == "--depth") {
+      if (!tool::intOption(cmd, a, i + 1 < argc ? argv[++i] : nullptr, 8, 16, depth)) return 2;
+      if (depth != 8 && depth != 16) return tool::fail(cmd, "", "--depth takes 8 or 16", 2);
+    } else if (!a.empty() && a[0] == '-') return tool::fail(cmd, "", "unknown option " + a + " (see kelcc demosaic --help)", 2);
     else if (in.empty()) in = a;
     else if (out.empty()) out = a;
-    else return fail("unexpected argument ", a);
+    else return tool::fail(cmd, "", "unexpected argument " + a + " (see kelcc demosaic --help)", 2);
   }
-  const int g = gridOf(grid);
-  if (in.empty() || out.empty() || g < 0 || (method != "bilinear" && method != "ahd") || (depth != 8 && depth != 16))
-    return fail("usage: kelcc demosaic IN OUT --grid rggb|bggr|gbrg|grbg --method bilinear|ahd [--size WxH --depth 8|16]");
+  int g;
+  if (in.empty() || out.empty()) return tool::fail(cmd, "", "needs IN and OUT (see kelcc demosaic --help)", 2);
+  if (!gridOption(cmd, grid, g)) return 2;
+  if (method != "bilinear" && method != "ahd")
+    return tool::fail(cmd, "", "--method takes bilinear or ahd, got '" + method + "'", 2);
+  if (!tool::outputOk(cmd, out)) return 2;
   std::vector<uint8_t> data;
-  if (!readAll(in, data)) return fail("cannot read ", in);
+  if (!tool::readFileBytes(cmd, in, data)) return 1;
   Raw raw;
   if (w > 0) {
     // Headerless samples, 16-bit ones in the machine's (little-endian) order.
     raw.w = w, raw.h = h, raw.depth = depth;
     const size_t n = static_cast<size_t>(w) * h;
-    if (data.size() < n * (depth / 8)) return fail("raw input shorter than --size and --depth give: ", in);
+    if (data.size() != n * (depth / 8))
+      return tool::fail(cmd, in,
+                        std::to_string(data.size()) + " bytes, but " + std::to_string(w) + "x" + std::to_string(h) +
+                            " samples of " + std::to_string(depth) + " bits are " + std::to_string(n * (depth / 8)));
     if (depth == 8) raw.s8.assign(data.begin(), data.begin() + n);
     else raw.s16.resize(n), std::memcpy(raw.s16.data(), data.data(), 2 * n);
-  } else if (!readPgm(data, raw)) {
-    return fail("not a binary PGM (give --size and --depth for raw samples): ", in);
+  } else if (const std::string why = readPgm(data, raw); !why.empty()) {
+    return tool::fail(cmd, in, why);
   }
   std::vector<uint8_t> o8;
   std::vector<uint16_t> o16;
   const KelStatus st = demosaic(raw, g, method == "ahd", o8, o16);
-  if (st < 0) return fail("demosaicing failed, status ", std::to_string(st));
+  if (st < 0) return tool::fail(cmd, in, tool::statusText(st) + (method == "ahd" ? " (AHD needs 5x5 pixels at least)" : ""));
   const bool png = out.size() >= 4 && strcasecmp(out.c_str() + out.size() - 4, ".png") == 0;
+  bool ok;
   if (raw.depth == 16) {
-    if (png) return tool::writePng16(out, o16.data(), raw.w, raw.h) ? 0 : fail("cannot write ", out);
-    std::ofstream f(out, std::ios::binary);
-    f << "P6\n" << raw.w << " " << raw.h << "\n65535\n";
-    for (uint16_t v : o16) f.put(static_cast<char>(v >> 8)), f.put(static_cast<char>(v & 255));
-    return f ? 0 : fail("cannot write ", out);
+    ok = png ? tool::writePng16(out, o16.data(), raw.w, raw.h) : tool::writeWhole(out, [&](const std::string& tmp) {
+      std::ofstream f(tmp, std::ios::binary);
+      f << "P6\n" << raw.w << " " << raw.h << "\n65535\n";
+      for (uint16_t v : o16) f.put(static_cast<char>(v >> 8)), f.put(static_cast<char>(v & 255));
+      f.close();
+      return static_cast<bool>(f);
+    });
+  } else {
+    Image img(raw.w, raw.h);
+    img.rgb = o8;
+    ok = png ? tool::writePng(out, img) : tool::writePpm(out, img);
   }
-  Image img(raw.w, raw.h);
-  img.rgb = o8;
-  const bool ok = png ? tool::writePng(out, img) : tool::writePpm(out, img);
-  return ok ? 0 : fail("cannot write ", out);
+  return ok ? 0 : tool::fail(cmd, out, std::string("cannot write: ") + std::strerror(errno));
 }
 
 int cmdMosaic(int argc, char** argv) {
+  const char* cmd = "mosaic";
   std::string in, out, grid = "rggb";
   int depth = 8;
   for (int i = 0; i < argc; ++i) {
     const std::string a = argv[i];
-    auto next = [&]() -> std::string { return i + 1 < argc ? argv[++i] : std::string(); };
-    if (a == "--grid") grid = next();
-    else if (a == "--depth") depth = std::atoi(next().c_str());
+    if (a == "--grid") grid = i + 1 < argc ? argv[++i] : "";
+    else if (a == "--depth") {
+      if (!tool::intOption(cmd, a, i + 1 < argc ? argv[++i] : nullptr, 8, 16, depth)) return 2;
+      if (depth != 8 && depth != 16) return tool::fail(cmd, "", "--depth takes 8 or 16", 2);
+    } else if (!a.empty() && a[0] == '-') return tool::fail(cmd, "", "unknown option " + a + " (see kelcc mosaic --help)", 2);
     else if (in.empty()) in = a;
     else if (out.empty()) out = a;
-    else return fail("unexpected argument ", a);
+    else return tool::fail(cmd, "", "unexpected argument " + a + " (see kelcc mosaic --help)", 2);
   }
-  const int g = gridOf(grid);
-  if (in.empty() || out.empty() || g < 0 || (depth != 8 && depth != 16))
-    return fail("usage: kelcc mosaic IN.png OUT.pgm --grid rggb|bggr|gbrg|grbg [--depth 8|16]");
+  int g;
+  if (in.empty() || out.empty()) return tool::fail(cmd, "", "needs IN and OUT (see kelcc mosaic --help)", 2);
+  if (!gridOption(cmd, grid, g) || !tool::outputOk(cmd, out)) return 2;
   Image img;
-  if (!tool::readImage(in, img)) return fail("cannot read picture ", in);
-  return writePgm(out, mosaic(img, g, depth)) ? 0 : fail("cannot write ", out);
+  if (!tool::loadPicture(cmd, in, img)) return 1;
+  return writePgm(out, mosaic(img, g, depth)) ? 0 : tool::fail(cmd, out, std::string("cannot write: ") + std::strerror(errno));
 }
 
 // The demo: the test picture through an RGGB sensor and back.
@@ -204,8 +231,17 @@ KelStatus demoStep(const Image& in, Image& out) {
 KELCC_TOOL_REGISTER(tool::Command{"demosaic",
                                   "IN.pgm OUT.png --grid rggb|bggr|gbrg|grbg --method bilinear|ahd "
                                   "[--size WxH --depth 8|16 for headerless samples]",
-                                  cmdDemosaic});
-KELCC_TOOL_REGISTER(tool::Command{"mosaic", "IN.png OUT.pgm --grid rggb|bggr|gbrg|grbg [--depth 8|16]", cmdMosaic});
+                                  cmdDemosaic,
+                                  "Demosaics a Bayer image (binary PGM, 8 or 16 bits, or headerless samples) into RGB\n"
+                                  "(PNG, or PPM by any other extension; 16-bit in, 16-bit out).\n"
+                                  "  --grid G        colours of the top left 2 x 2 block: rggb (default), bggr, gbrg, grbg\n"
+                                  "  --method M      bilinear (default; gradient test for green) or ahd\n"
+                                  "  --size WxH      the input is headerless samples of this size ...\n"
+                                  "  --depth 8|16    ... of this depth (16: little-endian words)"});
+KELCC_TOOL_REGISTER(tool::Command{"mosaic", "IN.png OUT.pgm --grid rggb|bggr|gbrg|grbg [--depth 8|16]", cmdMosaic,
+                                  "Samples an RGB picture through a Bayer colour filter into a binary PGM.\n"
+                                  "  --grid G        colours of the top left 2 x 2 block: rggb (default), bggr, gbrg, grbg\n"
+                                  "  --depth 8|16    sample depth of the PGM (default 8)"});
 KELCC_TOOL_REGISTER(tool::DemoStep{"demosaic-bilinear", "RGB -> RGGB mosaic -> bilinear with gradient test",
                                    demoStep<false>});
 KELCC_TOOL_REGISTER(tool::DemoStep{"demosaic-ahd", "RGB -> RGGB mosaic -> AHD", demoStep<true>});

@@ -53,28 +53,26 @@ KelStatus roundTrip16(const Image& in, Image& out) {
 }
 
 int gammaCommand(int argc, char** argv) {
+  const char* cmd = "gamma";
   std::string inPath, outPath;
   bool inv = false, deep = false;
   for (int i = 0; i < argc; ++i) {
     const std::string a = argv[i];
     if (a == "--inv") inv = true;
     else if (a == "--16") deep = true;
+    else if (!a.empty() && a[0] == '-') return tool::fail(cmd, "", "unknown option " + a + " (see kelcc gamma --help)", 2);
     else if (inPath.empty()) inPath = a;
     else if (outPath.empty()) outPath = a;
-    else return 2;
+    else return tool::fail(cmd, "", "unexpected argument " + a + " (see kelcc gamma --help)", 2);
   }
+  if (inPath.empty() || outPath.empty()) return tool::fail(cmd, "", "needs IN and OUT (see kelcc gamma --help)", 2);
+  if (!tool::outputOk(cmd, outPath)) return 2;
   Image in;
-  if (outPath.empty() || !tool::readImage(inPath, in)) {
-    std::fprintf(stderr, "kelcc gamma: cannot read '%s'\n", inPath.c_str());
-    return 1;
-  }
+  if (!tool::loadPicture(cmd, inPath, in)) return 1;
   Image out(in.w, in.h);
   const KelStatus st = deep ? gamma16(in, out, inv) : gamma8(in, out, inv);
-  if (st < 0) {
-    std::fprintf(stderr, "kelcc gamma: status %d\n", st);
-    return 1;
-  }
-  return tool::writePng(outPath, out) ? 0 : 1;
+  if (st < 0) return tool::fail(cmd, inPath, tool::statusText(st));
+  return tool::writePng(outPath, out) ? 0 : tool::fail(cmd, outPath, "cannot write");
 }
 
 // ---- tone mapping ---------------------------------------------------------------
@@ -143,33 +141,31 @@ KelStatus toneMap(const FloatImage& img, Image& out, bool mean) {
 }
 
 int toneMapCommand(int argc, char** argv) {
+  const char* cmd = "tonemap";
   std::string inPath, outPath;
   bool mean = false;
   for (int i = 0; i < argc; ++i) {
     const std::string a = argv[i];
     if (a == "--mean") mean = true;
+    else if (!a.empty() && a[0] == '-') return tool::fail(cmd, "", "unknown option " + a + " (see kelcc tonemap --help)", 2);
     else if (inPath.empty()) inPath = a;
     else if (outPath.empty()) outPath = a;
-    else return 2;
+    else return tool::fail(cmd, "", "unexpected argument " + a + " (see kelcc tonemap --help)", 2);
   }
+  if (inPath.empty() || outPath.empty()) return tool::fail(cmd, "", "needs IN and OUT (see kelcc tonemap --help)", 2);
+  if (!tool::outputOk(cmd, outPath)) return 2;
   FloatImage img;
   Image pic;
-  if (outPath.empty()) return 2;
   if (!readPfm(inPath, img)) {
-    if (!tool::readImage(inPath, pic)) {
-      std::fprintf(stderr, "kelcc tonemap: cannot read '%s' (PFM, or a picture to synthesise from)\n",
-                   inPath.c_str());
-      return 1;
-    }
+    std::string why;
+    if (!tool::readImage(inPath, pic, &why))
+      return tool::fail(cmd, inPath, why == "not a PNG or an 8-bit binary PPM (P6) picture" ? "not a PFM, PNG or PPM picture" : why);
     img = synthesise(pic);
   }
   Image out;
   const KelStatus st = toneMap(img, out, mean);
-  if (st != kelStatusOk) {
-    std::fprintf(stderr, "kelcc tonemap: status %d\n", st);
-    return 1;
-  }
-  return tool::writePng(outPath, out) ? 0 : 1;
+  if (st != kelStatusOk) return tool::fail(cmd, inPath, tool::statusText(st));
+  return tool::writePng(outPath, out) ? 0 : tool::fail(cmd, outPath, "cannot write");
 }
 
 KelStatus toneMapDemo(const Image& in, Image& out) {
@@ -178,9 +174,15 @@ KelStatus toneMapDemo(const Image& in, Image& out) {
 }
 
 KELCC_TOOL_REGISTER(tool::Command{"gamma", "IN OUT.png [--inv] [--16]   gamma curve (--inv: to linear light)",
-                                  gammaCommand});
+                                  gammaCommand,
+                                  "Passes every sample of a picture (PNG or PPM) through the forward gamma curve.\n"
+                                  "  --inv    the inverse curve (gamma-encoded to linear light)\n"
+                                  "  --16     through the 16-bit members (the picture widened to 16 bits and back)"});
 KELCC_TOOL_REGISTER(tool::Command{"tonemap", "IN.pfm|IN.png OUT.png [--mean]   float image into 8 bits",
-                                  toneMapCommand});
+                                  toneMapCommand,
+                                  "Maps a float image (PFM; a PNG/PPM picture is first made into a high-range float\n"
+                                  "image) into 8 bits, then applies the forward gamma curve.\n"
+                                  "  --mean   scale by twice the mean (default: by the maximum)"});
 KELCC_TOOL_REGISTER(tool::DemoStep{"gamma-8u", "RGB -> linear light -> RGB, 8-bit gamma tables", roundTrip8});
 KELCC_TOOL_REGISTER(tool::DemoStep{"gamma-16u", "RGB -> linear light -> RGB, 16-bit gamma curve", roundTrip16});
 KELCC_TOOL_REGISTER(tool::DemoStep{"tonemap", "RGB as light of exposure 1..32, tone-mapped by the mean",

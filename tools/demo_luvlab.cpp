@@ -95,26 +95,21 @@ KelStatus labPanels(const Image& in, Image& out) {
 
 // `kelcc lab IN PREFIX`: PREFIX-L.png, PREFIX-a.png, PREFIX-b.png.
 int labCommand(int argc, char** argv) {
-  if (argc < 2) {
-    std::fprintf(stderr, "usage: kelcc lab IN.png PREFIX\n");
-    return 2;
-  }
-  Image in;
-  if (!tool::readImage(argv[0], in)) {
-    std::fprintf(stderr, "kelcc: cannot read %s\n", argv[0]);
-    return 1;
-  }
-  std::vector<uint8_t> lab;
-  if (labOf(in, lab) != kelStatusOk) return 1;
+  const char* cmd = "lab";
+  if (argc != 2 || argv[0][0] == '-' || argv[1][0] == '-')
+    return tool::fail(cmd, "", "needs IN and PREFIX, no options (see kelcc lab --help)", 2);
   const char* names[3] = {"-L.png", "-a.png", "-b.png"};
+  for (const char* n : names)
+    if (!tool::outputOk(cmd, std::string(argv[1]) + n)) return 2;
+  Image in;
+  if (!tool::loadPicture(cmd, argv[0], in)) return 1;
+  std::vector<uint8_t> lab;
+  if (KelStatus st = labOf(in, lab)) return tool::fail(cmd, argv[0], tool::statusText(st));
   std::vector<uint8_t> plane(pixels(in));
   for (int c = 0; c < 3; ++c) {
     for (size_t i = 0; i < plane.size(); ++i) plane[i] = lab[3 * i + c];
     const std::string path = std::string(argv[1]) + names[c];
-    if (!tool::writePngGray(path, plane.data(), in.w, in.h, in.w)) {
-      std::fprintf(stderr, "kelcc: cannot write %s\n", path.c_str());
-      return 1;
-    }
+    if (!tool::writePngGray(path, plane.data(), in.w, in.h, in.w)) return tool::fail(cmd, path, "cannot write");
     std::printf("%s\n", path.c_str());
   }
   return 0;
@@ -146,5 +141,7 @@ KELCC_TOOL_REGISTER(tool::DemoStep{"bgr-lab16-bgr", "BGR -> CIE Lab (16-bit) -> 
 KELCC_TOOL_REGISTER(tool::DemoStep{"lab-channels", "CIE Lab channels L, a, b as gray panels", labPanels, false});
 KELCC_TOOL_REGISTER(tool::RawFormat{"luv", "interleaved L, u, v (CIE LUV, 8-bit)", bytes3, luvToRgb, rgbToLuv});
 KELCC_TOOL_REGISTER(tool::RawFormat{"lab", "interleaved L, a, b (CIE Lab, 8-bit)", bytes3, labToRgb, rgbToLab});
-KELCC_TOOL_REGISTER(tool::Command{"lab", "IN.png PREFIX  (writes PREFIX-L.png, PREFIX-a.png, PREFIX-b.png)", labCommand});
+KELCC_TOOL_REGISTER(tool::Command{"lab", "IN.png PREFIX  (writes PREFIX-L.png, PREFIX-a.png, PREFIX-b.png)", labCommand,
+                                  "Converts a picture to 8-bit CIE Lab and writes its three channels as gray PNGs.\n"
+                                  "No options."});
 }  // namespace

@@ -88,57 +88,53 @@ KELCC_TOOL_REGISTER(tool::DemoStep{"reduce-bayer", "ReduceBits 8u C3, ordered", 
 KELCC_TOOL_REGISTER(tool::DemoStep{"reduce-bayer-noise", "ReduceBits 8u C3, ordered, noise", demoStep<4, 25>});
 
 int reduceCommand(int argc, char** argv) {
-  if (argc < 2) {
-    std::fprintf(stderr, "kelcc reduce: need IN and OUT\n");
-    return 2;
-  }
-  const std::string in = argv[0], outPath = argv[1];
+  const char* cmd = "reduce";
+  std::string in, outPath;
   int levels = 4, noise = 0;
   KelDitherType type = kelDitherFloydSteinberg;
-  for (int i = 2; i < argc; ++i) {
+  for (int i = 0; i < argc; ++i) {
     const std::string a = argv[i];
-    if (i + 1 >= argc) {
-      std::fprintf(stderr, "kelcc reduce: %s needs a value\n", a.c_str());
-      return 2;
+    if (a.empty() || a[0] != '-') {
+      if (in.empty()) in = a;
+      else if (outPath.empty()) outPath = a;
+      else return tool::fail(cmd, "", "unexpected argument " + a + " (see kelcc reduce --help)", 2);
+      continue;
     }
-    const char* v = argv[++i];
+    const char* v = i + 1 < argc ? argv[++i] : nullptr;
     if (a == "--levels") {
-      levels = std::atoi(v);
+      if (!tool::intOption(cmd, a, v, 2, 256, levels)) return 2;
     } else if (a == "--noise") {
-      noise = std::atoi(v);
+      if (!tool::intOption(cmd, a, v, 0, 100, noise)) return 2;
     } else if (a == "--dither") {
       bool found = false;
       for (const Method& m : kMethods)
-        if (std::strcmp(m.key, v) == 0) type = m.type, found = true;
-      if (!found) {
-        std::fprintf(stderr, "kelcc reduce: unknown dither %s (none, fs, jjn, stucki, bayer)\n", v);
-        return 2;
-      }
+        if (v && std::strcmp(m.key, v) == 0) type = m.type, found = true;
+      if (!found)
+        return tool::fail(cmd, "", std::string("--dither takes none, fs, jjn, stucki or bayer, got '") + (v ? v : "") + "'",
+                          2);
     } else {
-      std::fprintf(stderr, "kelcc reduce: unknown option %s\n", a.c_str());
-      return 2;
+      return tool::fail(cmd, "", "unknown option " + a + " (see kelcc reduce --help)", 2);
     }
   }
+  if (in.empty() || outPath.empty()) return tool::fail(cmd, "", "needs IN and OUT (see kelcc reduce --help)", 2);
+  if (!tool::outputOk(cmd, outPath)) return 2;
   Image src, dst;
-  if (!tool::readImage(in, src)) {
-    std::fprintf(stderr, "kelcc reduce: cannot read %s\n", in.c_str());
-    return 1;
-  }
+  if (!tool::loadPicture(cmd, in, src)) return 1;
   const KelStatus st = reduceImage(src, dst, type, levels, noise);
-  if (st < 0) {
-    std::fprintf(stderr, "kelcc reduce: status %d (levels 2..256, noise 0..100)\n", st);
-    return 1;
-  }
-  if (!tool::writePng(outPath, dst)) {
-    std::fprintf(stderr, "kelcc reduce: cannot write %s\n", outPath.c_str());
-    return 1;
-  }
+  if (st < 0) return tool::fail(cmd, in, tool::statusText(st));
+  if (!tool::writePng(outPath, dst)) return tool::fail(cmd, outPath, "cannot write");
   const MeanErr e = meanError(src, dst);
   std::printf("%dx%d, %d levels: mean error %.2f, after a 3x3 blur %.2f\n", src.w, src.h, levels, e.plain, e.blurred);
   return 0;
 }
 
 KELCC_TOOL_REGISTER(tool::Command{"reduce", "IN.png OUT.png --levels N --dither none|fs|jjn|stucki|bayer --noise P",
-                                  reduceCommand});
+                                  reduceCommand,
+                                  "Quantises every channel of a picture to N levels, with a dither, and prints the mean\n"
+                                  "error before and after a 3x3 blur.\n"
+                                  "  --levels N    2..256 output levels (default 4)\n"
+                                  "  --dither D    none, fs (Floyd-Steinberg, default), jjn (Jarvis-Judice-Ninke),\n"
+                                  "                stucki, bayer (4x4 ordered)\n"
+                                  "  --noise P     0..100 percent of noise mixed into the decisions (default 0)"});
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Colour twist in the tool: `kelcc twist IN.png OUT.png --matrix "..."`
 // applies a 3 x 4 matrix to a picture, and the demo shows a sepia rendition
 // and a round trip through a float YUV matrix and its inverse.
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -63,35 +64,38 @@ bool parseMatrix(const char* text, Kel32f m[3][4]) {
 }
 
 int twistCommand(int argc, char** argv) {
-  if (argc != 4 || std::strcmp(argv[2], "--matrix") != 0) {
-    std::fprintf(stderr, "usage: kelcc twist IN.png OUT.png --matrix \"a,b,c,d;e,f,g,h;i,j,k,l\" (or sepia)\n");
-    return 2;
+  const char* cmd = "twist";
+  std::string in, out, matrix;
+  for (int i = 0; i < argc; ++i) {
+    const std::string a = argv[i];
+    if (a == "--matrix") matrix = i + 1 < argc ? argv[++i] : "";
+    else if (!a.empty() && a[0] == '-' && a.size() > 1 && !std::isdigit(static_cast<unsigned char>(a[1])))
+      return tool::fail(cmd, "", "unknown option " + a + " (see kelcc twist --help)", 2);
+    else if (in.empty()) in = a;
+    else if (out.empty()) out = a;
+    else return tool::fail(cmd, "", "unexpected argument " + a + " (see kelcc twist --help)", 2);
   }
+  if (in.empty() || out.empty() || matrix.empty())
+    return tool::fail(cmd, "", "needs IN, OUT and --matrix (see kelcc twist --help)", 2);
   Kel32f m[3][4];
-  if (!parseMatrix(argv[3], m)) {
-    std::fprintf(stderr, "kelcc twist: a matrix is three rows of four numbers: \"a,b,c,d;e,f,g,h;i,j,k,l\"\n");
-    return 2;
-  }
+  if (!parseMatrix(matrix.c_str(), m))
+    return tool::fail(cmd, "", "--matrix takes three rows of four numbers, \"a,b,c,d;e,f,g,h;i,j,k,l\", or sepia; got '" +
+                                   matrix + "'",
+                      2);
+  if (!tool::outputOk(cmd, out)) return 2;
   Image img;
-  if (!tool::readImage(argv[0], img)) {
-    std::fprintf(stderr, "kelcc twist: cannot read %s\n", argv[0]);
-    return 1;
-  }
-  Image out(img.w, img.h);
-  if (KelStatus st = keliColorTwist32f_8u_C3R(img.rgb.data(), img.step(), out.rgb.data(), out.step(), img.size(), m)) {
-    std::fprintf(stderr, "kelcc twist: status %d\n", st);
-    return 1;
-  }
-  if (!tool::writePng(argv[1], out)) {
-    std::fprintf(stderr, "kelcc twist: cannot write %s\n", argv[1]);
-    return 1;
-  }
-  return 0;
+  if (!tool::loadPicture(cmd, in, img)) return 1;
+  Image dst(img.w, img.h);
+  if (KelStatus st = keliColorTwist32f_8u_C3R(img.rgb.data(), img.step(), dst.rgb.data(), dst.step(), img.size(), m))
+    return tool::fail(cmd, in, tool::statusText(st));
+  return tool::writePng(out, dst) ? 0 : tool::fail(cmd, out, "cannot write");
 }
 
 KELCC_TOOL_REGISTER(tool::DemoStep{"twist-sepia", "colour twist 8u: sepia matrix", sepia, false});
 KELCC_TOOL_REGISTER(tool::DemoStep{"twist-yuv-rgb-32f", "colour twist 32f: RGB -> YUV -> RGB (in place)",
                                    yuvRoundTrip});
 KELCC_TOOL_REGISTER(tool::Command{"twist", "IN.png OUT.png --matrix \"a,b,c,d;e,f,g,h;i,j,k,l\" (or sepia)",
-                                  twistCommand});
+                                  twistCommand,
+                                  "Multiplies every pixel by a 3 x 4 matrix: output channel i = a_i*R + b_i*G + c_i*B + d_i.\n"
+                                  "  --matrix M    three rows of four numbers, rows split by ';', or the word sepia"});
 }  // namespace

@@ -8,10 +8,16 @@
 //       --from F --to G                   raw to raw (a direct move where one exists)
 //   kelcc formats                         list the raw formats and direct moves
 //   kelcc version                         print the library's version record
+//   kelcc CMD --help                      the usage line and options of any command
+//
+// The families' own commands (gamma, demosaic, bench, ...) are registered by
+// their tool files (tool::Command); this file only dispatches to them.
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cctype>
+#include <cerrno>
 
 #include <cmath>
 #include <cstdio>
@@ -26,16 +32,37 @@ using namespace tool;
 
 namespace {
 
+std::vector<Command>& builtins();
+
+// Every command: the built-in ones, then the registered ones by name.
+std::vector<const Command*> allCommands() {
+  std::vector<const Command*> v;
+  for (const Command& c : builtins()) v.push_back(&c);
+  std::vector<const Command*> reg;
+  for (const Command& c : commands()) reg.push_back(&c);
+  std::sort(reg.begin(), reg.end(), [](const Command* a, const Command* b) { return a->name < b->name; });
+  v.insert(v.end(), reg.begin(), reg.end());
+  return v;
+}
+
+void printUsage(FILE* to) {
+  const char* lead = "usage:";
+  for (const Command* c : allCommands()) {
+    std::fprintf(to, "%s kelcc %s%s%s\n", lead, c->name.c_str(), c->usage.empty() ? "" : " ", c->usage.c_str());
+    lead = "      ";
+  }
+  std::fprintf(to, "       kelcc COMMAND --help   (the command's options)\n");
+}
+
 int usage() {
-  std::fprintf(stderr,
-               "usage: kelcc demo [DIR]\n"
-               "       kelcc convert IN OUT [--size WxH] [--format F | --from F --to G]\n"
-               "       kelcc convert IN... --to G --out-dir DIR\n");
-  for (const Command& c : commands()) std::fprintf(stderr, "       kelcc %s %s\n", c.name.c_str(), c.usage.c_str());
-  std::fprintf(stderr,
-               "       kelcc formats\n"
-               "       kelcc version\n");
+  printUsage(stderr);
   return 2;
+}
+
+int commandHelp(const Command& c) {
+  std::printf("usage: kelcc %s%s%s\n", c.name.c_str(), c.usage.empty() ? "" : " ", c.usage.c_str());
+  if (!c.help.empty()) std::printf("%s%s", c.help.c_str(), c.help.back() == '\n' ? "" : "\n");
+  return 0;
 }
 
 struct Diff {
@@ -55,18 +82,6 @@ Diff compare(const Image& a, const Image& b) {
   return d;
 }
 
-const char* statusName(KelStatus st) {
-  switch (st) {
-    case kelStatusOk: return "ok";
-    case kelStatusOddSizeTrimmed: return "odd size trimmed";
-    case kelStatusNothingDone: return "nothing done";
-    case kelStatusBadSize: return "bad size";
-    case kelStatusNullPointer: return "null pointer";
-    case kelStatusBadStep: return "bad step";
-    default: return "error";
-  }
-}
-
 int demo(const std::string& dir) {
   mkdir(dir.c_str(), 0755);
   const Image pic = testPicture(640, 480);
@@ -82,7 +97,7 @@ int demo(const std::string& dir) {
     Image out(pic.w, pic.h);
     const KelStatus st = s.run(pic, out);
     if (st < 0) {
-      std::printf("%-28s %8s %8s  %s (%s)\n", s.name.c_str(), "-", "-", s.what.c_str(), statusName(st));
+      std::printf("%-28s %8s %8s  %s (%s)\n", s.name.c_str(), "-", "-", s.what.c_str(), statusText(st).c_str());
       ++failures;
       continue;
     }
@@ -111,12 +126,6 @@ bool isPicturePath(const std::string& p) {
   return ends(".png") || ends(".ppm");
 }
 
-bool readFile(const std::string& path, std::vector<uint8_t>& data) {
-  std::ifstream f(path, std::ios::binary);
-  if (!f) return false;
-  data.assign(std::istreambuf_iterator<char>(f), {});
-  return true;
-}
 bool writeFile(const std::string& path, const std::vector<uint8_t>& data) {
   std::ofstream f(path, std::ios::binary);
   f.write(reinterpret_cast<const char*>(data.data()), static_cast<std::streamsize>(data.size()));
@@ -127,17 +136,10 @@ bool writePicture(const std::string& path, const Image& img, const std::string& 
   return png ? writePng(path, img) : writePpm(path, img);
 }
 
-// An output file appears whole or not at all: it is written under a
-// temporary name beside it and renamed at the end.
-template <class Write>
-bool writeWhole(const std::string& out, Write&& write) {
-  const std::string tmp = out + ".kelcc-tmp-" + std::to_string(getpid());
-  if (!write(tmp) || std::rename(tmp.c_str(), out.c_str()) != 0) {
-    std::remove(tmp.c_str());
-    std::fprintf(stderr, "kelcc: cannot write %s\n", out.c_str());
-    return false;
-  }
-  return true;
+// A raw output, written whole or not at all.
+int writeRaw(const std::string& out, const std::vector<uint8_t>& data) {
+  if (writeWhole(out, [&](const std::string& p) { return writeFile(p, data); })) return 0;
+  return fail("convert", out, std::string("cannot write: ") + std::strerror(errno));
 }
 
 // The file name's extension in lower case ("nv12" for "clip_1920x1080.NV12").
@@ -183,7 +185,11 @@ int convert(int argc, char** argv) {
     const std::string a = argv[i];
     auto next = [&]() -> std::string { return i + 1 < argc ? argv[++i] : std::string(); };
     if (a == "--size") {
-      if (std::sscanf(next().c_str(), "%dx%d", &o.w, &o.h) != 2) return usage();
+      const std::string v = next();
+      int n = 0;
+      if (std::sscanf(v.c_str(), "%dx%d%n", &o.w, &o.h, &n) != 2 || v[n] || o.w < 1 || o.h < 1 || o.w > 65535 ||
+          o.h > 65535)
+        return fail("convert", "", "--size takes WxH (e.g. 1920x1080), got '" + v + "'", 2);
     } else if (a == "--format") {
       o.format = next();
     } else if (a == "--from") {
@@ -192,14 +198,6 @@ int convert(int argc, char** argv) {
       o.to = next();
     } else if (a == "--out-dir") {
       outDir = next();
-    } else if (a == "--help" || a == "-h") {
-      std::printf(
-          "kelcc convert IN OUT [--size WxH] [--format F | --from F --to G]\n"
-          "kelcc convert IN... --to G --out-dir DIR\n"
-          "  Pictures are PNG or PPM; a raw side's format comes from --format/--from/--to,\n"
-          "  else from its file extension (.i420, .nv12, .yuy2, ...); a raw input's size from --size,\n"
-          "  else from its name (clip_1920x1080.nv12). See kelcc formats.\n");
-      return 0;
     } else if (!a.empty() && a[0] == '-') {
       return std::fprintf(stderr, "kelcc convert: unknown option %s (see kelcc convert --help)\n", a.c_str()), 2;
     } else {
@@ -207,7 +205,8 @@ int convert(int argc, char** argv) {
     }
   }
   if (outDir.empty()) {
-    if (files.size() != 2) return usage();
+    if (files.size() != 2)
+      return fail("convert", "", "needs one input and one output (or --to G --out-dir DIR for many inputs)", 2);
     return convertOne(files[0], files[1], o);
   }
   if (files.empty() || o.to.empty())
@@ -243,23 +242,41 @@ int convertOne(const std::string& in, const std::string& out, ConvertOptions o) 
   if (!outPic && to.empty()) to = extensionOf(out);
   if (!inPic && (w < 1 || h < 1)) sizeFromName(in, w, h);
 
+  // Everything that can be known before the work is checked first.
+  if (!inputOk("convert", in) || !outputOk("convert", out)) return 1;
+  const RawFormat* rawOut = outPic ? nullptr : findFormat(to);
+  if (!outPic && !rawOut)
+    return fail("convert", out,
+                to.empty() ? std::string("no format: name one with --format or an extension (see kelcc formats)")
+                           : "unknown raw format '" + to + "' (see kelcc formats)",
+                2);
+
   Image img;
   std::vector<uint8_t> raw;
   if (inPic) {
-    if (!readImage(in, img))
-      return std::fprintf(stderr, "kelcc: %s: not a PNG or PPM picture that can be read\n", in.c_str()), 1;
+    if (!loadPicture("convert", in, img)) return 1;
     w = img.w, h = img.h;
   } else {
     const RawFormat* f = findFormat(from);
     if (!f)
-      return std::fprintf(stderr, "kelcc: %s: unknown raw format '%s' (give --format; see kelcc formats)\n",
-                          in.c_str(), from.c_str()), 2;
-    if (w < 1 || h < 1)
-      return std::fprintf(stderr, "kelcc: %s: a raw input needs its size (--size WxH, or WxH in the name)\n",
-                          in.c_str()), 2;
-    if (!readFile(in, raw) || raw.size() < f->bytes(w, h))
-      return std::fprintf(stderr, "kelcc: %s holds fewer than the %zu bytes of a %dx%d %s frame\n", in.c_str(),
-                          f->bytes(w, h), w, h, from.c_str()), 1;
+      return fail("convert", in,
+                  from.empty() ? std::string("no format: name one with --format or an extension (see kelcc formats)")
+                               : "unknown raw format '" + from + "' (see kelcc formats; pictures are .png or .ppm)",
+                  2);
+    if (w < 1 || h < 1) return fail("convert", in, "a raw input needs its size: --size WxH, or WxH in its name", 2);
+    if (!readFileBytes("convert", in, raw)) return 1;
+    const size_t frame = f->bytes(w, h);
+    if (raw.size() < frame)
+      return fail("convert", in,
+                  std::to_string(raw.size()) + " bytes, fewer than the " + std::to_string(frame) + " of one " +
+                      std::to_string(w) + "x" + std::to_string(h) + " " + from + " frame (truncated, or another size?)");
+    if (raw.size() % frame)
+      return fail("convert", in,
+                  std::to_string(raw.size()) + " bytes are not a whole number of " + std::to_string(w) + "x" +
+                      std::to_string(h) + " " + from + " frames of " + std::to_string(frame) + " bytes (another size?)");
+    if (raw.size() > frame)
+      std::fprintf(stderr, "kelcc convert: note: %s holds %zu frames; converting the first\n", in.c_str(),
+                   raw.size() / frame);
   }
 
   if (!inPic && !outPic) {
@@ -268,24 +285,67 @@ int convertOne(const std::string& in, const std::string& out, ConvertOptions o) 
       if (c.from == from && c.to == to) {
         std::vector<uint8_t> dst;
         const KelStatus st = c.convert(raw.data(), w, h, dst);
-        if (st < 0) return std::fprintf(stderr, "kelcc: %s: %s\n", in.c_str(), statusName(st)), 1;
-        return writeWhole(out, [&](const std::string& p) { return writeFile(p, dst); }) ? 0 : 1;
+        if (st < 0) return fail("convert", in, from + " -> " + to + ": " + statusText(st));
+        return writeRaw(out, dst);
       }
   }
   if (!inPic) {
     const KelStatus st = findFormat(from)->toRgb(raw.data(), w, h, img);
-    if (st < 0) return std::fprintf(stderr, "kelcc: %s: %s -> rgb: %s\n", in.c_str(), from.c_str(), statusName(st)), 1;
+    if (st < 0) return fail("convert", in, from + " -> rgb: " + statusText(st));
   }
-  if (outPic) return writeWhole(out, [&](const std::string& p) { return writePicture(p, img, out); }) ? 0 : 1;
-  const RawFormat* f = findFormat(to);
-  if (!f)
-    return std::fprintf(stderr, "kelcc: %s: unknown raw format '%s' (give --format; see kelcc formats)\n", out.c_str(),
-                        to.c_str()), 2;
+  if (outPic)
+    return writePicture(out, img, out) ? 0 : fail("convert", out, std::string("cannot write: ") + std::strerror(errno));
   std::vector<uint8_t> dst;
-  const KelStatus st = f->fromRgb(img, dst);
-  if (st < 0) return std::fprintf(stderr, "kelcc: %s: rgb -> %s: %s\n", in.c_str(), to.c_str(), statusName(st)), 1;
-  if (st > 0) std::fprintf(stderr, "kelcc: note: %s\n", statusName(st));
-  return writeWhole(out, [&](const std::string& p) { return writeFile(p, dst); }) ? 0 : 1;
+  const KelStatus st = rawOut->fromRgb(img, dst);
+  if (st < 0) return fail("convert", in, "rgb -> " + to + ": " + statusText(st));
+  if (st > 0) std::fprintf(stderr, "kelcc convert: note: %s: %s\n", out.c_str(), statusText(st).c_str());
+  if (const int rc = writeRaw(out, dst)) return rc;
+  // A raw file does not carry its size: say it where the name does not.
+  int nw = 0, nh = 0;
+  if (!sizeFromName(out, nw, nh) || nw != w || nh != h)
+    std::printf("%s: %dx%d %s (read it back with --size %dx%d, or put %dx%d in its name)\n", out.c_str(), w, h,
+                to.c_str(), w, h, w, h);
+  return 0;
+}
+
+int versionCmd(int, char**) {
+  const KelLibraryVersion* v = kelccGetLibVersion();
+  std::printf("%s %d.%d build %d.%d (%s), %s\n", v->Name, v->major, v->minor, v->majorBuild, v->build, v->targetCpu,
+              v->BuildDate);
+  return 0;
+}
+
+int formatsCmd(int, char**) {
+  for (const RawFormat& f : rawFormats()) std::printf("%-10s %s\n", f.name.c_str(), f.what.c_str());
+  for (const RawConverter& c : rawConverters()) std::printf("%s -> %s (direct)\n", c.from.c_str(), c.to.c_str());
+  return 0;
+}
+
+int demoCmd(int argc, char** argv) {
+  if (argc > 1) return std::fprintf(stderr, "kelcc demo: one folder at most (see kelcc demo --help)\n"), 2;
+  return demo(argc > 0 ? argv[0] : ".");
+}
+
+std::vector<Command>& builtins() {
+  static std::vector<Command> b = {
+      {"demo", "[DIR]", demoCmd,
+       "Renders the built-in test picture, runs every registered conversion round trip on it and\n"
+       "prints each one's max error and PSNR; writes original.png and one PNG per step into DIR\n"
+       "(default: the current folder)."},
+      {"convert", "IN OUT [--size WxH] [--format F | --from F --to G]\n       kelcc convert IN... --to G --out-dir DIR",
+       convert,
+       "Pictures are PNG or PPM; a raw side's format comes from --format/--from/--to, else from\n"
+       "its file extension (.i420, .nv12, .yuy2, ...); a raw input's size from --size, else from\n"
+       "its name (clip_1920x1080.nv12). Outputs appear whole or not at all.\n"
+       "  --size WxH        size of a raw input\n"
+       "  --format F        the raw side's format (picture <-> raw)\n"
+       "  --from F --to G   raw to raw (a direct move where one exists, else through RGB)\n"
+       "  --out-dir DIR     many inputs, each written as DIR/NAME.G (needs --to)\n"
+       "See kelcc formats for the raw formats."},
+      {"formats", "", formatsCmd, "Lists the raw formats kelcc convert reads and writes, and the direct raw-to-raw moves."},
+      {"version", "", versionCmd, "Prints the library's version record."},
+  };
+  return b;
 }
 
 }  // namespace
@@ -293,20 +353,19 @@ int convertOne(const std::string& in, const std::string& out, ConvertOptions o) 
 int main(int argc, char** argv) {
   if (argc < 2) return usage();
   const std::string cmd = argv[1];
-  if (cmd == "demo") return demo(argc > 2 ? argv[2] : ".");
-  if (cmd == "convert") return convert(argc - 2, argv + 2);
-  for (const Command& c : commands())
-    if (cmd == c.name) return c.run(argc - 2, argv + 2);
-  if (cmd == "version") {
-    const KelLibraryVersion* v = kelccGetLibVersion();
-    std::printf("%s %d.%d build %d.%d (%s), %s\n", v->Name, v->major, v->minor, v->majorBuild, v->build, v->targetCpu,
-                v->BuildDate);
+  if (cmd == "--help" || cmd == "-h" || cmd == "help") {
+    if (argc > 2)
+      for (const Command* c : allCommands())
+        if (c->name == argv[2]) return commandHelp(*c);
+    printUsage(stdout);
     return 0;
   }
-  if (cmd == "formats") {
-    for (const RawFormat& f : rawFormats()) std::printf("%-10s %s\n", f.name.c_str(), f.what.c_str());
-    for (const RawConverter& c : rawConverters()) std::printf("%s -> %s (direct)\n", c.from.c_str(), c.to.c_str());
-    return 0;
+  for (const Command* c : allCommands()) {
+    if (cmd != c->name) continue;
+    for (int i = 2; i < argc; ++i)
+      if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) return commandHelp(*c);
+    return c->run(argc - 2, argv + 2);
   }
+  std::fprintf(stderr, "kelcc: unknown command '%s'\n", cmd.c_str());
   return usage();
 }

@@ -62,10 +62,13 @@ struct RawConverter {
 
 // A command of its own (`kelcc gamma ...`), added by a family's tool file.
 // `run` gets the arguments after the command name and returns the exit code.
+// `kelcc NAME --help` (or -h) prints the usage line and `help` and exits 0
+// without calling `run`.
 struct Command {
   std::string name;
   std::string usage;  // one line: the arguments, e.g. "IN.png OUT.png --gamma fwd|inv"
   int (*run)(int argc, char** argv);
+  std::string help = {};  // what it does and its options, one per line
 };
 
 std::vector<DemoStep>& demoSteps();
@@ -85,13 +88,37 @@ struct Registrar {
 // or (tool::Command{...})
 #define KELCC_TOOL_REGISTER(...) static ::tool::Registrar KELCC_CAT(toolReg_, __LINE__)(__VA_ARGS__)
 
-// Picture I/O (PNG via libpng, binary PPM).
+// Picture I/O (PNG via libpng, binary PPM). Every writer writes the file
+// whole or not at all (a temporary name beside it, renamed at the end).
 bool writePng(const std::string& path, const Image& img);
 // Interleaved 16-bit RGB, rows tightly packed.
 bool writePng16(const std::string& path, const uint16_t* rgb, int w, int h);
 bool writePngGray(const std::string& path, const uint8_t* gray, int w, int h, int step);
-bool readImage(const std::string& path, Image& img);  // PNG or PPM, by content
+// PNG or PPM, by content. On failure `why` (when given) says what is wrong
+// with the file: missing, a folder, not a picture, damaged, too large.
+bool readImage(const std::string& path, Image& img, std::string* why = nullptr);
 bool writePpm(const std::string& path, const Image& img);
+// Writes `path` whole or not at all: `write` fills a temporary file beside
+// it, which is renamed to `path` when it succeeded and removed otherwise.
+bool writeWhole(const std::string& path, const std::function<bool(const std::string& tmp)>& write);
+
+// ---- messages of the commands: one line "kelcc CMD: FILE: problem" on stderr.
+// Each returns false / the exit code after printing, so that a command can
+// `return fail(...)`.
+int fail(const std::string& cmd, const std::string& file, const std::string& problem, int code = 1);
+// Reads a picture, or says why not.
+bool loadPicture(const std::string& cmd, const std::string& path, Image& img);
+// Whether `path` can be an output file: not a folder, in a folder that
+// exists. Commands check before they work, so that nothing is half done.
+bool outputOk(const std::string& cmd, const std::string& path);
+// A whole number option in lo..hi, or a message naming the option and value.
+bool intOption(const std::string& cmd, const std::string& opt, const char* value, int lo, int hi, int& out);
+// What a status means, e.g. "levels out of range (kelStatusBadLevels)".
+std::string statusText(KelStatus st);
+// Whether `path` is a readable file, or a message why not.
+bool inputOk(const std::string& cmd, const std::string& path);
+// Reads a whole file, or says why not.
+bool readFileBytes(const std::string& cmd, const std::string& path, std::vector<uint8_t>& data);
 
 // The built-in test picture.
 Image testPicture(int w, int h);

@@ -1,9 +1,16 @@
 // The built-in test picture and picture file I/O.
 #include <png.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <cerrno>
+#include <climits>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <memory>
 
 #include "kelcc_tool.h"
@@ -62,12 +69,30 @@ Image testPicture(int w, int h) {
   return img;
 }
 
+bool writeWhole(const std::string& path, const std::function<bool(const std::string& tmp)>& write) {
+  const std::string tmp = path + ".kelcc-tmp-" + std::to_string(getpid());
+  if (write(tmp) && std::rename(tmp.c_str(), path.c_str()) == 0) return true;
+  std::remove(tmp.c_str());
+  return false;
+}
+
 namespace {
-bool writePngRows(const std::string& path, int w, int h, int colorType, const std::function<const uint8_t*(int)>& row,
-                  int bitDepth = 8) {
+// libpng's warnings (say, about an embedded colour profile) are not the
+// user's business; its errors are kept for the message and end the read.
+struct PngErr {
+  std::string msg;
+};
+void pngError(png_structp png, png_const_charp msg) {
+  if (auto* e = static_cast<PngErr*>(png_get_error_ptr(png))) e->msg = msg;
+  png_longjmp(png, 1);
+}
+void pngWarning(png_structp, png_const_charp) {}
+
+bool writePngFile(const std::string& path, int w, int h, int colorType, const std::function<const uint8_t*(int)>& row,
+                  int bitDepth) {
   FILE* f = std::fopen(path.c_str(), "wb");
   if (!f) return false;
-  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, pngError, pngWarning);
   png_infop info = png ? png_create_info_struct(png) : nullptr;
   if (!png || !info || setjmp(png_jmpbuf(png))) {
     png_destroy_write_struct(&png, &info);
@@ -82,6 +107,10 @@ bool writePngRows(const std::string& path, int w, int h, int colorType, const st
   png_write_end(png, nullptr);
   png_destroy_write_struct(&png, &info);
   return std::fclose(f) == 0;
+}
+bool writePngRows(const std::string& path, int w, int h, int colorType, const std::function<const uint8_t*(int)>& row,
+                  int bitDepth = 8) {
+  return writeWhole(path, [&](const std::string& tmp) { return writePngFile(tmp, w, h, colorType, row, bitDepth); });
 }
 }  // namespace
 
@@ -107,30 +136,48 @@ bool writePngGray(const std::string& path, const uint8_t* gray, int w, int h, in
 }
 
 bool writePpm(const std::string& path, const Image& img) {
-  FILE* f = std::fopen(path.c_str(), "wb");
-  if (!f) return false;
-  std::fprintf(f, "P6\n%d %d\n255\n", img.w, img.h);
-  const bool ok = std::fwrite(img.rgb.data(), 1, img.rgb.size(), f) == img.rgb.size();
-  return std::fclose(f) == 0 && ok;
+  return writeWhole(path, [&](const std::string& tmp) {
+    FILE* f = std::fopen(tmp.c_str(), "wb");
+    if (!f) return false;
+    std::fprintf(f, "P6\n%d %d\n255\n", img.w, img.h);
+    const bool ok = std::fwrite(img.rgb.data(), 1, img.rgb.size(), f) == img.rgb.size();
+    return std::fclose(f) == 0 && ok;
+  });
 }
 
 namespace {
-bool readPpm(FILE* f, Image& img) {
+// Pictures up to 2^28 pixels (16384 x 16384): larger sizes in a header are
+// taken as a damaged file rather than an allocation to attempt.
+bool sizeOk(long long w, long long h) { return w >= 1 && h >= 1 && w <= 65535 && h <= 65535 && w * h <= (1LL << 28); }
+
+bool readPpm(FILE* f, Image& img, std::string& why) {
   int w, h, maxv;
-  if (std::fscanf(f, "P6 %d %d %d", &w, &h, &maxv) != 3 || maxv != 255 || w < 1 || h < 1) return false;
+  if (std::fscanf(f, "P6 %d %d %d", &w, &h, &maxv) != 3 || maxv != 255)
+    return why = "not a PNG or an 8-bit binary PPM (P6) picture", false;
+  if (!sizeOk(w, h)) return why = "PPM header gives an impossible size " + std::to_string(w) + "x" + std::to_string(h), false;
   std::fgetc(f);
   img = Image(w, h);
-  return std::fread(img.rgb.data(), 1, img.rgb.size(), f) == img.rgb.size();
+  if (std::fread(img.rgb.data(), 1, img.rgb.size(), f) != img.rgb.size())
+    return why = "truncated PPM (fewer than the " + std::to_string(img.rgb.size()) + " bytes of its pixels)", false;
+  return true;
 }
-bool readPng(FILE* f, Image& img) {
-  png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+bool readPng(FILE* f, Image& img, std::string& why) {
+  PngErr err;
+  png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, &err, pngError, pngWarning);
   png_infop info = png ? png_create_info_struct(png) : nullptr;
   if (!png || !info || setjmp(png_jmpbuf(png))) {
     png_destroy_read_struct(&png, &info, nullptr);
+    why = "damaged or truncated PNG (" + (err.msg.empty() ? std::string("read error") : err.msg) + ")";
     return false;
   }
   png_init_io(png, f);
   png_read_info(png, info);
+  const long long w = png_get_image_width(png, info), h = png_get_image_height(png, info);
+  if (!sizeOk(w, h)) {
+    png_destroy_read_struct(&png, &info, nullptr);
+    why = "PNG of " + std::to_string(w) + "x" + std::to_string(h) + " pixels is larger than kelcc reads";
+    return false;
+  }
   // Whatever the file holds, read 8-bit RGB.
   png_set_strip_16(png);
   png_set_palette_to_rgb(png);
@@ -138,23 +185,110 @@ bool readPng(FILE* f, Image& img) {
   png_set_gray_to_rgb(png);
   png_set_strip_alpha(png);
   png_read_update_info(png, info);
-  img = Image(static_cast<int>(png_get_image_width(png, info)), static_cast<int>(png_get_image_height(png, info)));
+  img = Image(static_cast<int>(w), static_cast<int>(h));
   for (int y = 0; y < img.h; ++y) png_read_row(png, &img.rgb[static_cast<size_t>(y) * img.step()], nullptr);
   png_read_end(png, nullptr);
   png_destroy_read_struct(&png, &info, nullptr);
   return true;
 }
+
+// Why a file cannot be opened for reading ("no such file", "a folder", ...).
+std::string openProblem(const std::string& path) {
+  struct stat st;
+  if (stat(path.c_str(), &st) != 0) return errno == ENOENT ? "no such file" : std::strerror(errno);
+  if (S_ISDIR(st.st_mode)) return "is a folder, not a file";
+  return std::strerror(errno);
+}
 }  // namespace
 
-bool readImage(const std::string& path, Image& img) {
-  FILE* f = std::fopen(path.c_str(), "rb");
-  if (!f) return false;
-  unsigned char sig[8] = {};
-  const size_t n = std::fread(sig, 1, 8, f);
-  std::rewind(f);
-  const bool ok = (n == 8 && png_sig_cmp(sig, 0, 8) == 0) ? readPng(f, img) : readPpm(f, img);
-  std::fclose(f);
+bool readImage(const std::string& path, Image& img, std::string* why) {
+  std::string w;
+  struct stat st;
+  bool ok = false;
+  FILE* f = nullptr;
+  if (stat(path.c_str(), &st) != 0 || S_ISDIR(st.st_mode) || !(f = std::fopen(path.c_str(), "rb"))) {
+    w = openProblem(path);
+  } else {
+    unsigned char sig[8] = {};
+    const size_t n = std::fread(sig, 1, 8, f);
+    std::rewind(f);
+    if (n == 0) w = "empty file";
+    else ok = (n == 8 && png_sig_cmp(sig, 0, 8) == 0) ? readPng(f, img, w) : readPpm(f, img, w);
+    std::fclose(f);
+  }
+  if (why) *why = w;
   return ok;
+}
+
+int fail(const std::string& cmd, const std::string& file, const std::string& problem, int code) {
+  std::fprintf(stderr, "kelcc %s: %s%s%s\n", cmd.c_str(), file.c_str(), file.empty() ? "" : ": ", problem.c_str());
+  return code;
+}
+
+bool loadPicture(const std::string& cmd, const std::string& path, Image& img) {
+  std::string why;
+  if (readImage(path, img, &why)) return true;
+  fail(cmd, path, why);
+  return false;
+}
+
+bool outputOk(const std::string& cmd, const std::string& path) {
+  struct stat st;
+  if (path.empty()) return fail(cmd, "", "no output file given"), false;
+  if (path.back() == '/' || (stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)))
+    return fail(cmd, path, "is a folder; give an output file name"), false;
+  const size_t slash = path.find_last_of('/');
+  const std::string dir = slash == std::string::npos ? "." : (slash == 0 ? "/" : path.substr(0, slash));
+  if (stat(dir.c_str(), &st) != 0 || !S_ISDIR(st.st_mode)) return fail(cmd, path, "no folder " + dir), false;
+  if (access(dir.c_str(), W_OK) != 0) return fail(cmd, path, "cannot write in folder " + dir), false;
+  return true;
+}
+
+bool intOption(const std::string& cmd, const std::string& opt, const char* value, int lo, int hi, int& out) {
+  char* end = nullptr;
+  errno = 0;
+  const long v = value ? std::strtol(value, &end, 10) : 0;
+  if (!value || !*value || *end || errno || v < lo || v > hi) {
+    fail(cmd, "", opt + " takes a whole number from " + std::to_string(lo) + " to " + std::to_string(hi) + ", got '" +
+                      (value ? value : "") + "'",
+         2);
+    return false;
+  }
+  out = static_cast<int>(v);
+  return true;
+}
+
+std::string statusText(KelStatus st) {
+  switch (st) {
+    case kelStatusOk: return "ok";
+    case kelStatusNothingDone: return "nothing done (kelStatusNothingDone)";
+    case kelStatusOddSizeTrimmed: return "odd last row or column left as it was (kelStatusOddSizeTrimmed)";
+    case kelStatusBadArgument: return "bad argument (kelStatusBadArgument)";
+    case kelStatusBadSize: return "size not supported by this conversion (kelStatusBadSize)";
+    case kelStatusNullPointer: return "null pointer (kelStatusNullPointer)";
+    case kelStatusNoMemory: return "out of memory (kelStatusNoMemory)";
+    case kelStatusBadStep: return "bad row step (kelStatusBadStep)";
+    case kelStatusBadRange: return "bad value range (kelStatusBadRange)";
+    case kelStatusBadLevels: return "levels out of range (kelStatusBadLevels)";
+    case kelStatusBadNoise: return "noise out of range (kelStatusBadNoise)";
+    default: return "status " + std::to_string(st);
+  }
+}
+
+bool inputOk(const std::string& cmd, const std::string& path) {
+  struct stat st;
+  if (stat(path.c_str(), &st) == 0 && !S_ISDIR(st.st_mode) && access(path.c_str(), R_OK) == 0) return true;
+  fail(cmd, path, openProblem(path));
+  return false;
+}
+
+bool readFileBytes(const std::string& cmd, const std::string& path, std::vector<uint8_t>& data) {
+  struct stat st;
+  if (stat(path.c_str(), &st) != 0 || S_ISDIR(st.st_mode)) return fail(cmd, path, openProblem(path)), false;
+  std::ifstream f(path, std::ios::binary);
+  if (!f) return fail(cmd, path, std::strerror(errno)), false;
+  data.assign(std::istreambuf_iterator<char>(f), {});
+  return true;
 }
 
 }  // namespace tool

@@ -60,14 +60,15 @@ void rowFiltered(const RowIO& io, int x, int w, const ChainIO& chain) {
 // The gamma member maps a row chunk by chunk through the table into a
 // local buffer, together with the pixel pair before the chunk (the left
 // neighbour of its first pair), and converts each chunk as the plain member
-// does, vector kernels included: one table look-up per colour sample, and
-// two more per chunk for the pair before it.
-void rowFilteredGamma(const RowIO& io, int w, const ChainIO& chain) {
+// does, vector kernels included: one table look-up per colour sample (the
+// vector look-ups of the gamma family), and two more per chunk for the pair
+// before it.
+void rowFilteredGamma(const RowIO& io, int w, const ChainIO& chain, const ByteLookUp& look) {
   constexpr int kChunk = 128;  // pixels, even
   uint8_t buf[3 * (kChunk + 2)];
   for (int x0 = 0; x0 < w; x0 += kChunk) {
     const int from = x0 ? x0 - 2 : 0, to = std::min(w, x0 + kChunk);
-    for (int i = 3 * from; i < 3 * to; ++i) buf[i - 3 * from] = tableFwd8u[io.s[0][i]];
+    look(io.s[0] + 3 * from, buf, 3 * (to - from), tableFwd8u);
     const RowIO chunk{{buf}, {io.d[0] + 2 * from}, 0};
     rowFiltered(chunk, x0 - from, to - from, chain);
   }
@@ -75,10 +76,11 @@ void rowFilteredGamma(const RowIO& io, int w, const ChainIO& chain) {
 
 template <bool Gamma>
 void myFiltered(const Kel8u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi, const ChainIO& chain) {
+  const ByteLookUp look = Gamma ? byteLookUp() : ByteLookUp{};
   forRows(roi.height, [&](int r) {
     const RowIO io{{rowAt(src, srcStep, r)}, {rowAt(dst, dstStep, r)}, 0};
     if constexpr (Gamma)
-      rowFilteredGamma(io, roi.width, chain);
+      rowFilteredGamma(io, roi.width, chain, look);
     else
       rowFiltered(io, 0, roi.width, chain);
   });

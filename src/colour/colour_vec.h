@@ -49,6 +49,40 @@ int kern8(const uint8_t* s, uint8_t* d, int x, int n) {
   return x;
 }
 
+// The same with the three-byte moves by VBMI permutes where the build is
+// AVX-512; tables for VBMI processors take these (`Vbmi` true). Four-byte
+// pixels keep the lane-wise moves.
+#if KEL_ISA == KEL_ISA_AVX512
+template <class Form>
+KEL_VBMI int kern8C3Vbmi(const uint8_t* s, uint8_t* d, int x, int n) {
+  for (; x + 64 <= n; x += 64) {
+    v a, b, c, o0, o1, o2;
+    loadC3Vbmi(s + 3 * x, a, b, c);
+    Form::vec(a, b, c, o0, o1, o2);
+    storeC3Vbmi(d + 3 * x, o0, o1, o2);
+  }
+  return x;
+}
+#endif
+template <int Ch, class Form, bool Vbmi>
+constexpr colour::KernPx<uint8_t> kern8For() {
+#if KEL_ISA == KEL_ISA_AVX512
+  if constexpr (Vbmi && Ch == 3) return kern8C3Vbmi<Form>;
+#endif
+  return kern8<Ch, Form>;
+}
+
+// A family's kernel table, built once per kind: KEL_COLOUR_TABLES(T, name,
+// table) defines `name` from the template variable `table<false>` and, in
+// the AVX-512 build, `name##Vbmi` from `table<true>`.
+#if KEL_ISA == KEL_ISA_AVX512
+#define KEL_COLOUR_TABLES(T, name, table) \
+  extern const T name = table<false>;     \
+  extern const T name##Vbmi = table<true>;
+#else
+#define KEL_COLOUR_TABLES(T, name, table) extern const T name = table<false>;
+#endif
+
 // ---- 16-bit and float: 4 pixels per lane ---------------------------------------
 // How results reach the destination samples.
 struct OutF {  // floats as they are (the form applies its own limits)

@@ -15,7 +15,7 @@ using namespace gray;
 
 template <class T, class W>
 Chain<KernGray<T, W>> chain(KernGray<T, W> GrayKernels::*m) {
-  return chainFor(m, sse41::kGrayKernels, avx2::kGrayKernels);
+  return chainFor(m, sse41::kGrayKernels, avx2::kGrayKernels, avx512::kGrayKernels);
 }
 
 // The row driver: checks (pointers, then size; the weights are not tested),

@@ -27,6 +27,9 @@ extern const GrayKernels kGrayKernels;
 namespace avx2 {
 extern const GrayKernels kGrayKernels;
 }
+namespace avx512 {
+extern const GrayKernels kGrayKernels;
+}
 
 namespace {
 namespace gray {

@@ -1,6 +1,7 @@
 // Vector bodies of RGB to gray, written once on the lane words and compiled
 // per instruction set. Each is the lane-wise form of the scalar definition
 // of the same name in gray.h, with the weights of the call.
+// kelcc-isa: avx512
 #include "colour/colour_vec.h"
 #include "colour/gray.h"
 

@@ -18,13 +18,13 @@ using namespace hlshsv;
 
 template <class T>
 Chain<KernPx<T>> chain(KernPx<T> HlsHsvKernels::*m) {
-  return chainFor(m, sse41::kHlsHsvKernels, avx2::kHlsHsvKernels);
+  return chainFor(m, sse41::kHlsHsvKernels, avx2::kHlsHsvKernels, activeVbmi() ? avx512::kHlsHsvKernelsVbmi : avx512::kHlsHsvKernels);
 }
 inline Chain3 chainBgrHls(int k) {
-  return chainOf([k](const HlsHsvKernels& t) { return t.bgrHls[k]; }, sse41::kHlsHsvKernels, avx2::kHlsHsvKernels);
+  return chainOf([k](const HlsHsvKernels& t) { return t.bgrHls[k]; }, sse41::kHlsHsvKernels, avx2::kHlsHsvKernels, activeVbmi() ? avx512::kHlsHsvKernelsVbmi : avx512::kHlsHsvKernels);
 }
 inline Chain3 chainHlsBgr(int k) {
-  return chainOf([k](const HlsHsvKernels& t) { return t.hlsBgr[k]; }, sse41::kHlsHsvKernels, avx2::kHlsHsvKernels);
+  return chainOf([k](const HlsHsvKernels& t) { return t.hlsBgr[k]; }, sse41::kHlsHsvKernels, avx2::kHlsHsvKernels, activeVbmi() ? avx512::kHlsHsvKernelsVbmi : avx512::kHlsHsvKernels);
 }
 
 // ---- the BGR group ------------------------------------------------------------------

@@ -40,6 +40,10 @@ extern const HlsHsvKernels kHlsHsvKernels;
 namespace avx2 {
 extern const HlsHsvKernels kHlsHsvKernels;
 }
+namespace avx512 {
+extern const HlsHsvKernels kHlsHsvKernels;
+extern const HlsHsvKernels kHlsHsvKernelsVbmi;  // 8u C3 bodies by VBMI permutes
+}
 
 namespace {
 namespace hlshsv {

@@ -4,6 +4,7 @@
 // operation; sextants and special pixels are chosen by masks with both
 // sides evaluated. 8-bit pixels are widened to four float vectors per
 // channel and narrowed back with saturation.
+// kelcc-isa: avx512
 #include "colour/colour_vec.h"
 #include "colour/hlshsv.h"
 
@@ -18,25 +19,15 @@ using hlshsv::Kind;
 using hlshsv::Rcp;
 
 // ---- masks ------------------------------------------------------------------------
-#if KEL_ISA == KEL_ISA_SSE41
-inline f cmpeq(f a, f b) { return _mm_cmpeq_ps(a, b); }
-inline f cmplt(f a, f b) { return _mm_cmplt_ps(a, b); }
-inline f cmple(f a, f b) { return _mm_cmple_ps(a, b); }
-inline f cmpgt(f a, f b) { return _mm_cmpgt_ps(a, b); }
-inline f sel(f m, f a, f b) { return _mm_blendv_ps(b, a, m); }  // m ? a : b
-inline f zeroIf(f m, f a) { return _mm_andnot_ps(m, a); }       // m ? +0 : a
-inline f or_(f a, f b) { return _mm_or_ps(a, b); }
-inline f div(f a, f b) { return _mm_div_ps(a, b); }
-#else
-inline f cmpeq(f a, f b) { return _mm256_cmp_ps(a, b, _CMP_EQ_OQ); }
-inline f cmplt(f a, f b) { return _mm256_cmp_ps(a, b, _CMP_LT_OS); }
-inline f cmple(f a, f b) { return _mm256_cmp_ps(a, b, _CMP_LE_OS); }
-inline f cmpgt(f a, f b) { return _mm256_cmp_ps(a, b, _CMP_GT_OS); }
-inline f sel(f m, f a, f b) { return _mm256_blendv_ps(b, a, m); }
-inline f zeroIf(f m, f a) { return _mm256_andnot_ps(m, a); }
-inline f or_(f a, f b) { return _mm256_or_ps(a, b); }
-inline f div(f a, f b) { return _mm256_div_ps(a, b); }
-#endif
+using m = F::m;
+inline m cmpeq(f a, f b) { return F::cmpeq(a, b); }
+inline m cmplt(f a, f b) { return F::cmplt(a, b); }
+inline m cmple(f a, f b) { return F::cmple(a, b); }
+inline m cmpgt(f a, f b) { return F::cmpgt(a, b); }
+inline f sel(m c, f a, f b) { return F::select(c, a, b); }  // c ? a : b
+inline f zeroIf(m c, f a) { return F::zeroIf(c, a); }      // c ? +0 : a
+inline m or_(m a, m b) { return F::mor(a, b); }
+inline f div(f a, f b) { return F::div(a, b); }
 inline f k(float x) { return F::set1(x); }
 inline f add(f a, f b) { return F::add(a, b); }
 inline f sub(f a, f b) { return F::sub(a, b); }
@@ -57,7 +48,7 @@ struct HlsFwd {
     const f mx = F::max(F::max(R, G), B), mn = F::min(F::min(R, G), B);
     const f D = sub(mx, mn), U = add(mn, mx);
     lf = mul(U, k(0.5f));
-    const f gray = cmpeq(D, F::zero());
+    const m gray = cmpeq(D, F::zero());
     const f W = sel(cmple(lf, k(S2 * 0.5f)), U, sub(k(2.0f * S2), U));
     s = zeroIf(gray, mul(mul(D, rcpv<R_>(W)), k(S2)));
     f hR, hG, hB;
@@ -76,17 +67,18 @@ struct HlsFwd {
   }
 };
 
-// 32f, true divisions.
+// 32f, true divisions. Where the branches divide different operands in the
+// same way, each lane picks its operands first and one division serves all
+// (the same operations on the same values per lane; divisions are the cost).
 struct Hls32f {
   static void vec(f R, f G, f B, f& H, f& L, f& S) {
     const f mx = F::max(F::max(R, G), B), mn = F::min(F::min(R, G), B);
     const f D = sub(mx, mn), U = add(mx, mn);
-    const f gray = cmple(D, k(1.1920929e-7f));
-    S = zeroIf(gray, sel(cmple(mul(k(0.5f), U), k(0.5f)), div(D, U), div(D, sub(k(2.0f), U))));
-    const f hR = div(mul(k(60.0f), sub(G, B)), D);
-    const f hG = add(k(120.0f), div(mul(k(60.0f), sub(B, R)), D));
-    const f hB = add(k(240.0f), div(mul(k(60.0f), sub(R, G)), D));
-    f hue = sel(cmpeq(mx, R), hR, sel(cmpeq(mx, G), hG, hB));
+    const m gray = cmple(D, k(1.1920929e-7f));
+    S = zeroIf(gray, div(D, sel(cmple(mul(k(0.5f), U), k(0.5f)), U, sub(k(2.0f), U))));
+    const m isR = cmpeq(mx, R), isG = cmpeq(mx, G);
+    const f q = div(mul(k(60.0f), sel(isR, sub(G, B), sel(isG, sub(B, R), sub(R, G)))), D);
+    f hue = sel(isR, q, sel(isG, add(k(120.0f), q), add(k(240.0f), q)));
     hue = sel(cmplt(hue, F::zero()), add(hue, k(360.0f)), hue);
     H = zeroIf(gray, div(hue, k(360.0f)));
     L = mul(k(0.5f), U);
@@ -114,7 +106,7 @@ inline void hlsInv(f h, f l, f s, f& r, f& g, f& b) {
   // The rising and the falling ramp are one expression on the argument x
   // or 240 - x, chosen first: the same operations on the same values.
   auto fn = [&](f x) {
-    const f lo = cmplt(x, k(60.0f));
+    const m lo = cmplt(x, k(60.0f));
     const f rp = rampOf<Kr>(m1, m2, sel(lo, x, sub(k(240.0f), x)));
     return sel(lo, rp, sel(cmplt(x, k(180.0f)), m2, sel(cmplt(x, k(240.0f)), rp, m1)));
   };
@@ -149,7 +141,7 @@ struct HsvFwd {  // the body form: sextants B over R over G
     const f T = k(hsvK(B8 ? hlshsv::kT8 : hlshsv::kT16)), E = k(hsvK(B8 ? hlshsv::kE8 : hlshsv::kE16));
     const f mx = F::max(F::max(R, G), B), mn = F::min(F::min(R, G), B);
     const f D = sub(mx, mn);
-    const f gray = or_(cmpeq(mx, F::zero()), cmpeq(D, F::zero()));
+    const m gray = or_(cmpeq(mx, F::zero()), cmpeq(D, F::zero()));
     s = zeroIf(gray, mul(mul(rcpv<R_>(mx), D), T));
     const f r = rcpv<R_>(D);
     const f a = mul(sub(mx, R), r), b = mul(sub(mx, G), r), c = mul(sub(mx, B), r);
@@ -173,8 +165,8 @@ struct HsvInv {
     const f fr = sub(q, fi);
     const f vs = mul(V, mul(S, k(hsvK(B8 ? kC8 : kC16))));
     const f p = sub(V, vs), t1 = mul(fr, vs), qv = sub(V, t1), tv = add(p, t1);
-    const f i1 = cmpeq(fi, k(1.0f)), i2 = cmpeq(fi, k(2.0f)), i3 = cmpeq(fi, k(3.0f));
-    const f i4 = cmpeq(fi, k(4.0f)), i5 = cmpeq(fi, k(5.0f));
+    const m i1 = cmpeq(fi, k(1.0f)), i2 = cmpeq(fi, k(2.0f)), i3 = cmpeq(fi, k(3.0f));
+    const m i4 = cmpeq(fi, k(4.0f)), i5 = cmpeq(fi, k(5.0f));
     r = sel(i4, tv, sel(or_(i2, i3), p, sel(i1, qv, V)));
     g = sel(or_(i4, i5), p, sel(i3, qv, sel(or_(i1, i2), V, tv)));
     b = sel(i5, qv, sel(or_(i3, i4), V, sel(i2, tv, p)));
@@ -230,17 +222,10 @@ struct OutNear {
 // they are found 16 pixels at a time on bytes; the float lanes only see the
 // values that enter the float operations of the definitions, which are
 // formed from the same integers.
-#if KEL_ISA == KEL_ISA_SSE41
-inline v maxu8(v a, v b) { return _mm_max_epu8(a, b); }
-inline v minu8(v a, v b) { return _mm_min_epu8(a, b); }
-inline v minu16(v a, v b) { return _mm_min_epu16(a, b); }
-inline v subu8(v a, v b) { return _mm_sub_epi8(a, b); }
-#else
-inline v maxu8(v a, v b) { return _mm256_max_epu8(a, b); }
-inline v minu8(v a, v b) { return _mm256_min_epu8(a, b); }
-inline v minu16(v a, v b) { return _mm256_min_epu16(a, b); }
-inline v subu8(v a, v b) { return _mm256_sub_epi8(a, b); }
-#endif
+inline v maxu8(v a, v b) { return V::maxu8(a, b); }
+inline v minu8(v a, v b) { return V::minu8(a, b); }
+inline v minu16(v a, v b) { return V::minu16(a, b); }
+inline v subu8(v a, v b) { return V::sub8(a, b); }
 // 8 words per lane as two float vectors (words 0-3, 4-7), unsigned or signed.
 inline void floatsU16(v x, f& lo, f& hi) {
   lo = F::cvt(V::unpacklo16(x, V::zero())), hi = F::cvt(V::unpackhi16(x, V::zero()));
@@ -363,13 +348,12 @@ constexpr Kern3 fwd3 = kern3<In, Out, BgrHlsB>;
 template <Lay In, Lay Out>
 constexpr Kern3 inv3 = kern3<In, Out, HlsBgrB>;
 
-}  // namespace
-
-extern const HlsHsvKernels kHlsHsvKernels = {
-    kern8<3, HlsB8>,
-    kern8<4, HlsB8>,
-    kern8<3, RgbB8>,
-    kern8<4, RgbB8>,
+template <bool Vb>
+constexpr HlsHsvKernels kTable = {
+    kern8For<3, HlsB8, Vb>(),
+    kern8For<4, HlsB8, Vb>(),
+    kern8For<3, RgbB8, Vb>(),
+    kern8For<4, RgbB8, Vb>(),
     kernF<uint16_t, 3, HlsB16<uint16_t>, OutNear<true>>,
     kernF<uint16_t, 4, HlsB16<uint16_t>, OutNear<true>>,
     kernF<uint16_t, 3, RgbB16, OutNear<true>>,
@@ -382,10 +366,10 @@ extern const HlsHsvKernels kHlsHsvKernels = {
     kernF<float, 4, Hls32f, OutF>,
     kernF<float, 3, RgbB32f, OutF>,
     kernF<float, 4, RgbB32f, OutF>,
-    kern8<3, HsvB8>,
-    kern8<4, HsvB8>,
-    kern8<3, HsvRgbB8>,
-    kern8<4, HsvRgbB8>,
+    kern8For<3, HsvB8, Vb>(),
+    kern8For<4, HsvB8, Vb>(),
+    kern8For<3, HsvRgbB8, Vb>(),
+    kern8For<4, HsvRgbB8, Vb>(),
     kernF<uint16_t, 3, HsvFwd<Rcp::N, false>, OutNear<true>>,
     kernF<uint16_t, 4, HsvFwd<Rcp::N, false>, OutNear<true>>,
     kernF<uint16_t, 3, HsvInv<false>, OutNear<false>>,
@@ -395,6 +379,10 @@ extern const HlsHsvKernels kHlsHsvKernels = {
     {inv3<Lay::P3, Lay::C3>, inv3<Lay::C3, Lay::P3>, inv3<Lay::P3, Lay::P3>, inv3<Lay::AC4, Lay::P4A>,
      inv3<Lay::P3, Lay::C4Ap>, inv3<Lay::P3, Lay::P4Ap>},
 };
+
+}  // namespace
+
+KEL_COLOUR_TABLES(HlsHsvKernels, kHlsHsvKernels, kTable)
 
 }  // namespace KEL_ISA_NS
 }  // namespace kel

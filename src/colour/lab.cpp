@@ -9,7 +9,7 @@ using namespace colour;
 
 template <class S, class D>
 Chain<KernLab<S, D>> chain(KernLab<S, D> LabKernels::*m) {
-  return chainFor(m, sse41::kLabKernels, avx2::kLabKernels);
+  return chainFor(m, sse41::kLabKernels, avx2::kLabKernels, avx512::kLabKernels);
 }
 
 // Checks (pointers, then size), then rows by static schedule with no

@@ -25,6 +25,9 @@ extern const LabKernels kLabKernels;
 namespace avx2 {
 extern const LabKernels kLabKernels;
 }
+namespace avx512 {
+extern const LabKernels kLabKernels;
+}
 
 namespace {
 namespace lab {

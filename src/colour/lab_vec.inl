@@ -2,6 +2,7 @@
 // per instruction set; each is the lane-wise form of its scalar definition
 // in lab.h. Blocks of 16 pixels per lane; the 16-bit side moves in groups of
 // 4 pixels per lane at the distance of 16 pixels between lanes.
+// kelcc-isa: avx512
 #include "colour/lab.h"
 #include "colour/luvlab_vec.h"
 

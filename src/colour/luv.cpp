@@ -10,7 +10,7 @@ using namespace luv;
 
 template <class T>
 Chain<KernPx<T>> chain(KernPx<T> LuvKernels::*m) {
-  return chainFor(m, sse41::kLuvKernels, avx2::kLuvKernels);
+  return chainFor(m, sse41::kLuvKernels, avx2::kLuvKernels, activeVbmi() ? avx512::kLuvKernelsVbmi : avx512::kLuvKernels);
 }
 
 inline int bodyAll(int w) { return w; }

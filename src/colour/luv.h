@@ -52,6 +52,10 @@ extern const LuvKernels kLuvKernels;
 namespace avx2 {
 extern const LuvKernels kLuvKernels;
 }
+namespace avx512 {
+extern const LuvKernels kLuvKernels;
+extern const LuvKernels kLuvKernelsVbmi;  // 8u C3 bodies by VBMI permutes
+}
 
 namespace {
 namespace luv {

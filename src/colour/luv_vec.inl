@@ -1,6 +1,7 @@
 // Vector forms of RGB <-> LUV, written once on the lane words and compiled
 // per instruction set. Each is the lane-wise form of the scalar definition
 // of the same name in luv.h, operation for operation.
+// kelcc-isa: avx512
 #include "colour/luvlab_vec.h"
 
 namespace kel {
@@ -25,7 +26,7 @@ struct Fwd8u {
     L = V::srai32<2>(F::add32(e, F::set32(2)));
     const f Lf = F::mul(F::cvt(e), k1(0.25f));
     const f W = F::add(F::add(X1, F::mul(k1(3.0f), Z1)), F::mul(k1(15.0f), Y1));
-    const f black = F::asf(eqi(j, F::set32(0)));
+    const m black = eqi(j, F::set32(0));
     const f up = sel(black, div(F::mul(k1(4.0f), X1), W), F::zero());
     const f vp = sel(black, div(F::mul(k1(9.0f), Y1), W), F::zero());
     const fi low = F::set32(0xFF);
@@ -120,8 +121,11 @@ struct InvBody8 {
 // ---- LUV -> RGB, 32f: true divisions, limits.
 struct Inv32f {
   static void vec(f L, f U, f V, f& R, f& G, f& B) {
-    const f t = div(F::add(L, k1(16.0f)), k1(116.0f));
-    const f y = sel(le(k1(7.9996247f), L), div(L, k1(903.3f)), F::mul(F::mul(t, t), t));
+    // t = (L + 16) / 116 above the knee, L / 903.3 below: one division of
+    // the operands each lane takes.
+    const m cube = le(k1(7.9996247f), L);
+    const f t = div(sel(cube, L, F::add(L, k1(16.0f))), sel(cube, k1(903.3f), k1(116.0f)));
+    const f y = sel(cube, t, F::mul(F::mul(t, t), t));
     const f L13 = F::mul(k1(13.0f), L);
     const f uq = F::mul(F::add(k1(0.197839f), div(U, L13)), k1(2.25f));
     f vq = F::add(k1(0.468342f), div(V, L13));
@@ -129,7 +133,7 @@ struct Inv32f {
     const f Tv = div(y, vq);
     const f Xv = mulF(uq, Tv);
     const f Zv = subF(subF(F::mul(k1(3.0f), Tv), F::mul(k1(5.0f), y)), div(Xv, k1(3.0f)));
-    const f black = lt(L, k1(9e-5f));
+    const m black = lt(L, k1(9e-5f));
     R = sel(black, limit01(subF(subF(mulk(Xv, 3.240479f), mulk(y, 1.53715f)), mulk(Zv, 0.498535f))), F::zero());
     G = sel(black, limit01(addF(subF(mulk(y, 1.875991f), mulk(Xv, 0.969256f)), mulk(Zv, 0.041556f))), F::zero());
     B = sel(black, limit01(addF(subF(mulk(Xv, 0.055648f), mulk(y, 0.204043f)), mulk(Zv, 1.057311f))), F::zero());
@@ -138,19 +142,18 @@ struct Inv32f {
 
 using luv::Guard;
 
-}  // namespace
-
-extern const LuvKernels kLuvKernels = {
-    kern8<3, Fwd8u>,
-    kern8<4, Fwd8u>,
+template <bool Vb>
+constexpr LuvKernels kTable = {
+    kern8For<3, Fwd8u, Vb>(),
+    kern8For<4, Fwd8u, Vb>(),
     kernI<uint16_t, 3, Fwd16>,
     kernI<uint16_t, 4, Fwd16>,
     kernI<int16_t, 3, Fwd16>,
     kernI<int16_t, 4, Fwd16>,
     kernF<float, 3, Fwd32f, OutF>,
     kernF<float, 4, Fwd32f, OutF>,
-    kern8<3, InvBody8>,
-    kern8<4, InvBody8>,
+    kern8For<3, InvBody8, Vb>(),
+    kern8For<4, InvBody8, Vb>(),
     kernI<uint16_t, 3, InvBody<uint16_t, Guard::Sample>>,
     kernI<uint16_t, 4, InvBody<uint16_t, Guard::Sample8>>,
     kernI<int16_t, 3, InvBody<int16_t, Guard::Scaled>>,
@@ -158,6 +161,10 @@ extern const LuvKernels kLuvKernels = {
     kernF<float, 3, Inv32f, OutF>,
     kernF<float, 4, Inv32f, OutF>,
 };
+
+}  // namespace
+
+KEL_COLOUR_TABLES(LuvKernels, kLuvKernels, kTable)
 
 }  // namespace KEL_ISA_NS
 }  // namespace kel

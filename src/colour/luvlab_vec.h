@@ -13,47 +13,33 @@ namespace luvv {
 
 using namespace colourv;
 
-#if KEL_ISA == KEL_ISA_SSE41
-// Ordered, quiet comparisons: false where an operand is NaN, as in C.
-inline f le(f a, f b) { return _mm_cmple_ps(a, b); }
-inline f lt(f a, f b) { return _mm_cmplt_ps(a, b); }
-inline f eq(f a, f b) { return _mm_cmpeq_ps(a, b); }
-inline f sel(f m, f no, f yes) { return _mm_blendv_ps(no, yes, m); }
-inline f div(f a, f b) { return _mm_div_ps(a, b); }
-inline fi minu32(fi a, fi b) { return _mm_min_epu32(a, b); }
-inline fi gti(fi a, fi b) { return _mm_cmpgt_epi32(a, b); }
-inline fi eqi(fi a, fi b) { return _mm_cmpeq_epi32(a, b); }
-inline fi seli(fi m, fi no, fi yes) { return _mm_blendv_epi8(no, yes, m); }
-template <class T>
-inline f gather(const float* t, fi k) {
-  alignas(16) int32_t i[4];
-  _mm_store_si128(reinterpret_cast<__m128i*>(i), k);
-  return _mm_setr_ps(t[i[0]], t[i[1]], t[i[2]], t[i[3]]);
-}
-inline fi gatheri(const int32_t* t, fi k) {
-  alignas(16) int32_t i[4];
-  _mm_store_si128(reinterpret_cast<__m128i*>(i), k);
-  return _mm_setr_epi32(t[i[0]], t[i[1]], t[i[2]], t[i[3]]);
+using m = F::m;
+// Ordered comparisons: false where an operand is NaN, as in C.
+inline m le(f a, f b) { return F::cmple(a, b); }
+inline m lt(f a, f b) { return F::cmplt(a, b); }
+inline m eq(f a, f b) { return F::cmpeq(a, b); }
+inline f sel(m c, f no, f yes) { return F::select(c, yes, no); }
+inline f div(f a, f b) { return F::div(a, b); }
+inline fi minu32(fi a, fi b) { return F::minu32(a, b); }
+inline m gti(fi a, fi b) { return F::cmpgti(a, b); }
+inline m eqi(fi a, fi b) { return F::cmpeqi(a, b); }
+inline fi seli(m c, fi no, fi yes) { return F::selecti(c, yes, no); }
+inline f gather(const float* t, fi k) { return F::gather(t, k); }
+inline fi gatheri(const int32_t* t, fi k) { return F::gatheri(t, k); }
+// The cube-root anchors by k, which is 0..128 wherever they are read (the
+// forms limit or scale their index so). AVX-512 reads them from registers.
+#if KEL_ISA == KEL_ISA_AVX512
+inline f anchor(const float* t, fi k) {
+  return F::select(F::cmpeqi(k, F::set32(128)), F::set1(t[128]), F::lookup128(t, k));
 }
 #else
-inline f le(f a, f b) { return _mm256_cmp_ps(a, b, _CMP_LE_OQ); }
-inline f lt(f a, f b) { return _mm256_cmp_ps(a, b, _CMP_LT_OQ); }
-inline f eq(f a, f b) { return _mm256_cmp_ps(a, b, _CMP_EQ_OQ); }
-inline f sel(f m, f no, f yes) { return _mm256_blendv_ps(no, yes, m); }
-inline f div(f a, f b) { return _mm256_div_ps(a, b); }
-inline fi minu32(fi a, fi b) { return _mm256_min_epu32(a, b); }
-inline fi gti(fi a, fi b) { return _mm256_cmpgt_epi32(a, b); }
-inline fi eqi(fi a, fi b) { return _mm256_cmpeq_epi32(a, b); }
-inline fi seli(fi m, fi no, fi yes) { return _mm256_blendv_epi8(no, yes, m); }
-template <class T>
-inline f gather(const float* t, fi k) { return _mm256_i32gather_ps(t, k, 4); }
-inline fi gatheri(const int32_t* t, fi k) { return _mm256_i32gather_epi32(t, k, 4); }
+inline f anchor(const float* t, fi k) { return gather(t, k); }
 #endif
-inline f gatherC(fi k) { return gather<float>(POW_LUV.c, k); }
-inline f gatherD(fi k) { return gather<float>(POW_LUV.d, k); }
+inline f gatherC(fi k) { return anchor(POW_LUV.c, k); }
+inline f gatherD(fi k) { return anchor(POW_LUV.d, k); }
 inline f k1(float x) { return F::set1(x); }
 // |a| <= b, NaN false.
-inline f absLe(f a, f b) { return le(F::asf(F::and_(F::asi(a), F::set32(0x7FFFFFFF))), b); }
+inline m absLe(f a, f b) { return le(F::asf(F::and_(F::asi(a), F::set32(0x7FFFFFFF))), b); }
 
 // nrcp: (r + r) - ((a * r) * r) with r the approximate reciprocal.
 inline f nrcp(f a) {

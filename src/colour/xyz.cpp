@@ -10,7 +10,7 @@ using namespace xyz;
 
 template <class T>
 Chain<KernPx<T>> chain(KernPx<T> XyzKernels::*m) {
-  return chainFor(m, sse41::kXyzKernels, avx2::kXyzKernels);
+  return chainFor(m, sse41::kXyzKernels, avx2::kXyzKernels, activeVbmi() ? avx512::kXyzKernelsVbmi : avx512::kXyzKernels);
 }
 
 }  // namespace

@@ -25,6 +25,10 @@ extern const XyzKernels kXyzKernels;
 namespace avx2 {
 extern const XyzKernels kXyzKernels;
 }
+namespace avx512 {
+extern const XyzKernels kXyzKernels;
+extern const XyzKernels kXyzKernelsVbmi;  // 8u C3 bodies by VBMI permutes
+}
 
 namespace {
 namespace xyz {

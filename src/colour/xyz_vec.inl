@@ -1,6 +1,7 @@
 // Vector bodies of RGB <-> XYZ, written once on the lane words and compiled
 // per instruction set. Each is the lane-wise form of the scalar definition
 // of the same name in xyz.h.
+// kelcc-isa: avx512
 #include "colour/colour_vec.h"
 #include "colour/xyz.h"
 
@@ -70,10 +71,9 @@ struct Inv32f {
   }
 };
 
-}  // namespace
-
-extern const XyzKernels kXyzKernels = {
-    kern8<3, F15>, kern8<4, F15>, kern8<3, I13>, kern8<4, I13>,
+template <bool Vb>
+constexpr XyzKernels kTable = {
+    kern8For<3, F15, Vb>(), kern8For<4, F15, Vb>(), kern8For<3, I13, Vb>(), kern8For<4, I13, Vb>(),
     kernF<uint16_t, 3, Fwd, OutSat>, kernF<uint16_t, 4, Fwd, OutSat>,
     kernF<uint16_t, 3, Inv, OutSat>, kernF<uint16_t, 4, Inv, OutSat>,
     kernF<int16_t, 3, Fwd, OutSat>, kernF<int16_t, 4, Fwd, OutSat>,
@@ -81,6 +81,10 @@ extern const XyzKernels kXyzKernels = {
     kernF<float, 3, Fwd32f, OutF>, kernF<float, 4, Fwd32f, OutF>,
     kernF<float, 3, Inv32f, OutF>, kernF<float, 4, Inv32f, OutF>,
 };
+
+}  // namespace
+
+KEL_COLOUR_TABLES(XyzKernels, kXyzKernels, kTable)
 
 }  // namespace KEL_ISA_NS
 }  // namespace kel

@@ -10,7 +10,7 @@ using namespace ycc;
 
 template <class T>
 Chain<KernPx<T>> chain(KernPx<T> YccKernels::*m) {
-  return chainFor(m, sse41::kYccKernels, avx2::kYccKernels);
+  return chainFor(m, sse41::kYccKernels, avx2::kYccKernels, activeVbmi() ? avx512::kYccKernelsVbmi : avx512::kYccKernels);
 }
 
 }  // namespace

@@ -26,6 +26,10 @@ extern const YccKernels kYccKernels;
 namespace avx2 {
 extern const YccKernels kYccKernels;
 }
+namespace avx512 {
+extern const YccKernels kYccKernels;
+extern const YccKernels kYccKernelsVbmi;  // 8u C3 bodies by VBMI permutes
+}
 
 namespace {
 namespace ycc {

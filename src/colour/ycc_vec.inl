@@ -1,6 +1,7 @@
 // Vector bodies of RGB <-> YCC, written once on the lane words and compiled
 // per instruction set. Each is the lane-wise form of the scalar definition
 // of the same name in ycc.h.
+// kelcc-isa: avx512
 #include "colour/colour_vec.h"
 #include "colour/ycc.h"
 
@@ -89,10 +90,9 @@ struct YI32f {
   }
 };
 
-}  // namespace
-
-extern const YccKernels kYccKernels = {
-    kern8<3, YF8>, kern8<4, YF8>, kern8<3, YI8>, kern8<4, YI8>,
+template <bool Vb>
+constexpr YccKernels kTable = {
+    kern8For<3, YF8, Vb>(), kern8For<4, YF8, Vb>(), kern8For<3, YI8, Vb>(), kern8For<4, YI8, Vb>(),
     kernF<uint16_t, 3, YF16, OutSat>, kernF<uint16_t, 4, YF16, OutSat>,
     kernF<uint16_t, 3, YI16, OutSat>, kernF<uint16_t, 4, YI16, OutSat>,
     kernF<int16_t, 3, YF16, OutSat>, kernF<int16_t, 4, YF16, OutSat>,
@@ -100,6 +100,10 @@ extern const YccKernels kYccKernels = {
     kernF<float, 3, YF32f, OutF>, kernF<float, 4, YF32f, OutF>,
     kernF<float, 3, YI32f, OutF>, kernF<float, 4, YI32f, OutF>,
 };
+
+}  // namespace
+
+KEL_COLOUR_TABLES(YccKernels, kYccKernels, kTable)
 
 }  // namespace KEL_ISA_NS
 }  // namespace kel

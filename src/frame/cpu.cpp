@@ -14,6 +14,7 @@ Isa detect() {
 // A per-thread limit keeps the library free of process-wide mutable state:
 // only a test that asks for it sees a narrower path.
 thread_local Isa t_limit = Isa::AVX512;
+thread_local bool t_vbmi = true;
 
 }  // namespace
 
@@ -29,5 +30,11 @@ Isa activeIsa() {
 }
 
 void setIsaLimit(Isa limit) { t_limit = limit; }
+void setVbmiLimit(bool allow) { t_vbmi = allow; }
+
+bool activeVbmi() {
+  static const bool vbmi = cpuIsa() >= Isa::AVX512 && __builtin_cpu_supports("avx512vbmi");
+  return vbmi && t_vbmi && activeIsa() >= Isa::AVX512;
+}
 
 }  // namespace kel

@@ -1,7 +1,7 @@
 // Runtime choice of the vector path. The processor is examined once; each
 // call then picks its kernels once, before its first row.
 //
-// Per-ISA translation units (*_sse41.cpp, *_avx2.cpp, *_avx512.cpp) are
+// Per-ISA translation units (generated from each src/<dir>/*_vec.inl) are
 // compiled with their own -m flags. Everything they define lives in their
 // own namespace (kel::sse41, kel::avx2, kel::avx512) or has internal linkage,
 // so that no inline function built for a wide instruction set can be folded
@@ -18,9 +18,17 @@ Isa cpuIsa();
 // lowered the limit.
 Isa activeIsa();
 
+// True where the active path is AVX-512 and the processor has VBMI (byte
+// permutes across the register), which some AVX-512 kernels use.
+bool activeVbmi();
+
 // Internal interface for tests and benchmarks of the static build: limit the
 // calling thread's path (Isa::AVX512 lifts the limit). Not exported.
 void setIsaLimit(Isa limit);
+
+// Internal, for tests: with `allow` false, activeVbmi() is false on the
+// calling thread, and AVX-512 kernels take their forms without VBMI.
+void setVbmiLimit(bool allow);
 
 // Picks the entry for the active path from a table ordered scalar, SSE4.1,
 // AVX2, AVX-512; a null entry falls back to the next narrower one.
@@ -37,9 +45,11 @@ inline const T* pickIsa(const T* scalar, const T* sse41, const T* avx2 = nullptr
 // processor the AVX2 kernel and then the SSE4.1 kernel for a block that the
 // wider one leaves; the scalar definition of the body takes the rest.
 // Each per-ISA file exports one table of kernels; `m` names the member.
+// Families whose kernel source is also built for AVX-512 pass that table
+// too, and an AVX-512 processor then runs AVX-512, AVX2, SSE4.1 in turn.
 template <class K>
 struct Chain {
-  K k[2] = {nullptr, nullptr};
+  K k[3] = {nullptr, nullptr, nullptr};
 };
 // Runs the kernels of a chain from column x, each while its blocks fit
 // below n; returns the column where the scalar definition takes over.
@@ -66,6 +76,16 @@ inline auto chainOf(Pick pick, const T& sse41, const T& avx2) -> Chain<decltype(
   if (isa >= Isa::AVX2) return {{pick(avx2), pick(sse41)}};
   if (isa >= Isa::SSE41) return {{pick(sse41), nullptr}};
   return {};
+}
+template <class T, class K>
+inline Chain<K> chainFor(K T::*m, const T& sse41, const T& avx2, const T& avx512) {
+  if (activeIsa() >= Isa::AVX512) return {{avx512.*m, avx2.*m, sse41.*m}};
+  return chainFor(m, sse41, avx2);
+}
+template <class T, class Pick>
+inline auto chainOf(Pick pick, const T& sse41, const T& avx2, const T& avx512) -> Chain<decltype(pick(sse41))> {
+  if (activeIsa() >= Isa::AVX512) return {{pick(avx512), pick(avx2), pick(sse41)}};
+  return chainOf(pick, sse41, avx2);
 }
 
 }  // namespace kel

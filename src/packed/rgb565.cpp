@@ -53,7 +53,10 @@ void owncnRGBToRGB565(const uint8_t* src, int srcStep, uint16_t* dst, ptrdiff_t 
 
 KelStatus unpackImage(const Kel16u* src, int srcStep, Kel8u* dst, int dstStep, KeliSize roi) {
   if (KelStatus st = checkC({src, dst}, {}, roi, {srcStep, dstStep})) return st;
-  const auto chain = chainFor(&Rgb565Kernels::unpack, sse41::kRgb565Kernels, avx2::kRgb565Kernels);
+  auto chain = chainFor(&Rgb565Kernels::unpack, sse41::kRgb565Kernels, avx2::kRgb565Kernels);
+  // With AVX-512 VBMI one kernel does the whole body, its last block masked.
+  if (activeIsa() >= Isa::AVX512 && __builtin_cpu_supports("avx512vbmi"))
+    chain = {{avx2::kRgb565Kernels.unpackWide, nullptr}};
   parallelFixedBands(roi.width, roi.height, kBandMin, kBandMin, [&](int r0, int r1) {
     owncnRGB565ToRGB(src, wordStep(srcStep), dst, dstStep, roi.width, r0, r1, chain);
   });

@@ -18,6 +18,9 @@ using Kern565Pack = int (*)(const uint8_t* src, uint16_t* dst, int x, int n);
 struct Rgb565Kernels {
   Kern565Unpack unpack;
   Kern565Pack pack;
+  // Unpack of the whole run with AVX-512 VBMI byte permutes (AVX2 table
+  // only; null elsewhere).
+  Kern565Unpack unpackWide;
 };
 namespace sse41 {
 extern const Rgb565Kernels kRgb565Kernels;

@@ -12,6 +12,12 @@ namespace kel {
 namespace {
 namespace reduce {
 
+// One output sample from source sample v and its pixel's threshold t.
+template <class Dp, bool G>
+KEL_REDUCE_INLINE typename Dp::D bayerSample(typename Dp::S v, float t, Scale sc) {
+  return Dp::template store<G>(quant<G>(Dp::work(v), t, sc));
+}
+
 // The four thresholds of row y without noise: step * matrix entry.
 inline void bayerRowThresh(float step, int y, float thr[4]) {
   for (int j = 0; j < 4; ++j) thr[j] = step * kBayerThresh.t[y & 3][j];
@@ -25,7 +31,7 @@ inline void bayerRow(const typename Dp::S* s, typename Dp::D* d, int x0, int w, 
     const float t = thr[x & 3];
     for (int c = 0; c < n; ++c) {
       const ptrdiff_t i = static_cast<ptrdiff_t>(x) * p + c;
-      st(d + i, Dp::template store<G>(quant<G>(Dp::work(ld(s + i)), t, sc)));
+      st(d + i, bayerSample<Dp, G>(ld(s + i), t, sc));
     }
   }
 }
@@ -38,7 +44,7 @@ inline void bayerNoiseRow(const typename Dp::S* s, typename Dp::D* d, int x0, in
     const float t = (nz.at(x, y) + m[x & 3]) * sc.step;
     for (int c = 0; c < n; ++c) {
       const ptrdiff_t i = static_cast<ptrdiff_t>(x) * p + c;
-      st(d + i, Dp::template store<G>(quant<G>(Dp::work(ld(s + i)), t, sc)));
+      st(d + i, bayerSample<Dp, G>(ld(s + i), t, sc));
     }
   }
 }

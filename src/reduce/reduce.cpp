@@ -55,6 +55,37 @@ KelStatus ownNo(const typename Dp::S* src, int srcStep, typename Dp::D* dst, int
 }
 
 // ---- ordered dithering --------------------------------------------------------
+// 8u without noise: a sample's output depends only on its value and on the
+// column and row of its pixel in the region modulo 4. With AVX-512 VBMI and
+// enough samples, the call tabulates the outputs of the rows it has (up to
+// four phases of rows, four of columns, 256 values each) with the scalar
+// formula itself, and rows go through byte permutes of that table. The
+// table (up to 4096 evaluations, some 7 us) pays from about 80000 samples
+// on; calls below 2^17 samples keep the computed path. Both give the same
+// bytes.
+inline bool wideLookUp() { return activeIsa() >= Isa::AVX512 && __builtin_cpu_supports("avx512vbmi"); }
+constexpr int64_t kTableMinSamples = 1 << 17;
+
+bool bayerByTable(const Kel8u* src, ptrdiff_t srcBytes, Kel8u* dst, ptrdiff_t dstBytes, KeliSize roi, Scale sc,
+                  int chan) {
+  const int n = samplesQuantised(chan), p = samplesInMemory(chan);
+  if (static_cast<int64_t>(roi.width) * roi.height * n < kTableMinSamples || !wideLookUp()) return false;
+  const int rows = std::min(roi.height, 4);
+  alignas(64) Kel8u table[4][4][256];
+  for (int y = 0; y < rows; ++y) {
+    float thr[4];
+    bayerRowThresh(sc.step, y, thr);
+    for (int j = 0; j < 4; ++j)
+      for (int v = 0; v < 256; ++v) table[y][j][v] = bayerSample<D8u, false>(static_cast<Kel8u>(v), thr[j], sc);
+  }
+  const KernBayerLut k = avx2::kReduceKernels.bayerLut8u;
+  const int64_t len = static_cast<int64_t>(roi.width) * p;
+  parallelRows(roi.height, [&](int y) {
+    k(byteOffset(src, srcBytes * y), byteOffset(dst, dstBytes * y), len, p, chan == 4, &table[y & 3][0][0]);
+  });
+  return true;
+}
+
 // Rows by static schedule at every size; the pattern is anchored at the
 // region. `srcBytes` and `dstBytes` are the row distances (from steps in
 // samples, or in bytes for C4).
@@ -77,6 +108,8 @@ KelStatus ownBayer(const typename Dp::S* src, ptrdiff_t srcBytes, typename Dp::D
     chain = chainOf([](const ReduceKernels& t) { return t.bayer[pair]; }, sse41::kReduceKernels, avx2::kReduceKernels);
     chainT = chainOf([](const ReduceKernels& t) { return t.bayerT[pair]; }, sse41::kReduceKernels, avx2::kReduceKernels);
   }
+  if constexpr (std::is_same_v<Dp, D8u> && !Noise)
+    if (bayerByTable(src, srcBytes, dst, dstBytes, roi, sc, chan)) return kelStatusOk;
   parallelRows(roi.height, [&](int y) {
     const auto* s = byteOffset(src, srcBytes * y);
     auto* d = byteOffset(dst, dstBytes * y);
@@ -104,7 +137,7 @@ KelStatus ownBayer(const typename Dp::S* src, ptrdiff_t srcBytes, typename Dp::D
           // The kernels stop on whole chunks; the run's last samples go one
           // by one with the same thresholds.
           for (; i < static_cast<int64_t>(run) * p; ++i)
-            st(d + off + i, Dp::template store<false>(quant<false>(Dp::work(ld(s + off + i)), thr[i], sc)));
+            st(d + off + i, bayerSample<Dp, false>(ld(s + off + i), thr[i], sc));
         }
       } else {
         bayerNoiseRow<Dp, false>(s, d, 0, w, y, n, p, sc, nz);
@@ -142,7 +175,16 @@ KelStatus ownDiffuse(const typename Dp::S* src, ptrdiff_t srcSamples, typename D
   const int w = roi.width, h = roi.height;
   const int64_t wp = (static_cast<int64_t>(w) + 3) & ~int64_t{3};
   const int64_t rowLen = Fs ? w + 2 : wp + 4;
-  const int64_t blockLen = Fs ? 2 * rowLen : 3 * rowLen;
+  // 8u Floyd-Steinberg runs sixteen rows at a time in vector lanes on
+  // AVX-512 processors (fs8u16); its skewed sample buffers (and with noise
+  // the column parts of the noise index) follow the error rows in each
+  // worker's block.
+  KernFs16 fs16 = nullptr;
+  if constexpr (std::is_same_v<Dp, D8u> && Fs)
+    if (activeIsa() >= Isa::AVX512) fs16 = avx2::kReduceKernels.fs8u16;
+  const int64_t colFloats = fs16 && Noise ? w + 62 : 0;
+  const int64_t skewFloats = fs16 ? (2 * fsSkewBytes(w) + 3) / 4 + colFloats : 0;
+  const int64_t blockLen = (Fs ? 2 * rowLen : 3 * rowLen) + skewFloats;
   // The block count is a 32-bit element count; widths whose blocks would
   // not fit in it are reported as no memory.
   if (blockLen * workers > INT_MAX) return kelStatusNoMemory;
@@ -160,22 +202,57 @@ KelStatus ownDiffuse(const typename Dp::S* src, ptrdiff_t srcSamples, typename D
     // row j % h of channel first + j / h; the error rows turn with j.
     constexpr int K = 4;
     const int64_t total = static_cast<int64_t>(count) * h;
-    for (int64_t j0 = 0; j0 < total; j0 += K) {
+    auto rowOf = [&](int64_t j, const typename Dp::S*& s, typename Dp::D*& d) {
+      const int ch = first + static_cast<int>(j / h), y = static_cast<int>(j % h);
+      s = src + srcSamples * y + ch;
+      d = dst + dstSamples * y + ch;
+      return y;
+    };
+    for (int64_t j0 = 0; j0 < total;) {
+      if (fs16 && total - j0 >= 16) {
+        FsGroup16 g{};
+        for (int r = 0; r < 16; ++r) {
+          const typename Dp::S* s;
+          typename Dp::D* d;
+          const int y = rowOf(j0 + r, s, d);
+          g.s[r] = reinterpret_cast<const uint8_t*>(s);
+          g.d[r] = reinterpret_cast<uint8_t*>(d);
+          g.y2[r] = static_cast<int32_t>(2u * static_cast<uint32_t>(y));
+        }
+        g.w = w, g.p = p, g.above = rows[j0 & 1];
+        g.step = sc.step, g.inv = sc.inv, g.half = th.half;
+        if constexpr (Noise) {
+          // The column parts, with 30 cells before column 0 and 32 after the
+          // row for the lanes outside it (their thresholds go unused).
+          int32_t* col = reinterpret_cast<int32_t*>(b + (blockLen - colFloats)) + 30;
+          for (int x = 0; x < w; ++x)
+            col[x] = static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint16_t>(nz.tabI()[x & 1023])) +
+                                          static_cast<uint32_t>(x));
+          g.noiseF = nz.tabF();
+          g.colBase = col;
+        }
+        g.skew = reinterpret_cast<uint8_t*>(b + (blockLen - skewFloats));
+        fs16(g);
+        j0 += 16;
+        continue;
+      }
       const int k = static_cast<int>(std::min<int64_t>(K, total - j0));
       RowCtx<Dp> c[K];
       for (int r = 0; r < k; ++r) {
         const int64_t j = j0 + r;
-        const int ch = first + static_cast<int>(j / h), y = static_cast<int>(j % h);
+        const typename Dp::S* s;
+        typename Dp::D* d;
+        const int y = rowOf(j, s, d);
         if constexpr (Fs)
-          c[r] = {src + srcSamples * y + ch, dst + dstSamples * y + ch, nullptr, rows[j & 1], rows[(j + 1) & 1], y};
+          c[r] = {s, d, nullptr, rows[j & 1], rows[(j + 1) & 1], y};
         else
-          c[r] = {src + srcSamples * y + ch, dst + dstSamples * y + ch, rows[j % 3], rows[(j + 1) % 3],
-                  rows[(j + 2) % 3], y};
+          c[r] = {s, d, rows[j % 3], rows[(j + 1) % 3], rows[(j + 2) % 3], y};
       }
       if constexpr (Fs)
         wavefront<K, 2>(c, k, w, [p, sc, th](const RowCtx<Dp>& rc, int x) KEL_REDUCE_ALWAYS { fsPixel<Dp, Dp::kAlt, Noise>(rc, x, p, sc, th); });
       else
         wavefront<K, 3>(c, k, w, [p, sc, th, k12](const RowCtx<Dp>& rc, int x) KEL_REDUCE_ALWAYS { stJjPixel<Dp, Noise>(rc, x, p, k12, sc, th); });
+      j0 += k;
     }
   });
   kelsFree(blocks);

@@ -4,6 +4,7 @@
 // Samples are widened to 32-bit lanes; results are narrowed by signed then
 // unsigned saturation (clip8 of the 32-bit value) or by unsigned saturation
 // to 16 bits (sat16u), the 16s outputs then shifted by 32768 in their sign bit.
+#include <algorithm>
 #include <cstring>
 
 #include "frame/simd.h"
@@ -191,6 +192,155 @@ int64_t nearest8u(const uint8_t* s, uint8_t* d, int64_t i, int64_t n, float L, f
   return i;
 }
 
+#if KEL_ISA == KEL_ISA_AVX2
+// The 8u ordered dither as a table look-up, on processors with AVX-512 VBMI
+// (the caller checks). Each of the four column phases has its 256 outputs in
+// four registers. A two-register byte permute looks up 128 entries by the
+// low 7 bits of each sample; merged into the sample vector itself under the
+// mask of one phase and one half (bit 7), it replaces exactly the lanes of
+// that phase and half, whose index is still the source sample: after the
+// eight permutes every lane has been replaced once.
+#define KEL_WIDE_TARGET __attribute__((target("avx512f,avx512bw,avx512vl,avx512vbmi")))
+KEL_WIDE_TARGET inline __m512i bayerLook(const __m512i (&t)[16], __m512i v, const __mmask64 (&ph)[4]) {
+  const __mmask64 top = _mm512_movepi8_mask(v);
+  __m512i r = v;
+  for (int j = 0; j < 4; ++j) {
+    r = _mm512_mask2_permutex2var_epi8(t[4 * j], r, _kandn_mask64(top, ph[j]), t[4 * j + 1]);
+    r = _mm512_mask2_permutex2var_epi8(t[4 * j + 2], r, _kand_mask64(top, ph[j]), t[4 * j + 3]);
+  }
+  return r;
+}
+// Lane masks of the column phases for the three vector positions of a
+// 192-byte period (a whole number of pixel periods for p = 1, 3 and 4).
+struct PhaseMasks {
+  __mmask64 m[3][4];
+  constexpr explicit PhaseMasks(int p) : m{} {
+    for (int v = 0; v < 3; ++v)
+      for (int j = 0; j < 64; ++j) m[v][((64 * v + j) / p) & 3] |= __mmask64{1} << j;
+  }
+};
+inline constexpr PhaseMasks kPhaseMasks[3] = {PhaseMasks(1), PhaseMasks(3), PhaseMasks(4)};
+
+template <bool AC4>
+KEL_WIDE_TARGET int64_t bayerLutRow(const uint8_t* s, uint8_t* d, int64_t n, int p, const uint8_t* table) {
+  __m512i t[16];
+  for (int k = 0; k < 16; ++k) t[k] = _mm512_loadu_si512(table + 64 * k);
+  const __mmask64(&ph)[3][4] = kPhaseMasks[p == 1 ? 0 : (p == 3 ? 1 : 2)].m;
+  constexpr __mmask64 keep = AC4 ? 0x7777777777777777ull : ~0ull;
+  int64_t i = 0;
+  for (; i + 192 <= n; i += 192)
+    for (int m = 0; m < 3; ++m) {
+      const __m512i r = bayerLook(t, _mm512_loadu_si512(s + i + 64 * m), ph[m]);
+      if constexpr (AC4)
+        _mm512_mask_storeu_epi8(d + i + 64 * m, keep, r);
+      else
+        _mm512_storeu_si512(d + i + 64 * m, r);
+    }
+  // The rest in vectors, the last one masked (masked loads and stores touch
+  // no byte outside their mask).
+  for (int m = 0; i < n; i += 64, ++m) {
+    const __mmask64 in = n - i >= 64 ? ~0ull : (~0ull >> (64 - (n - i)));
+    const __m512i r = bayerLook(t, _mm512_maskz_loadu_epi8(in, s + i), ph[m]);
+    _mm512_mask_storeu_epi8(d + i, in & keep, r);
+  }
+  return n;
+}
+int64_t bayerLut8u(const uint8_t* s, uint8_t* d, int64_t n, int p, bool ac4, const uint8_t* table) {
+  return ac4 ? bayerLutRow<true>(s, d, n, p, table) : bayerLutRow<false>(s, d, n, p, table);
+}
+
+// Floyd-Steinberg 8u, sixteen rows in the lanes of one vector. At step t,
+// lane r holds pixel x = t - 2r of its row (active while 0 <= x < w). Its
+// neighbours in the row above (row r - 1, lane r - 1) were decided at steps
+// t - 1 (x + 1), t - 2 (x) and t - 3 (x - 1): the error vector of the step
+// before, moved up one lane with lane 0 taken from the error row above the
+// group, is the "above right" vector of this step and the "above" and "above
+// left" vectors of the next two. Inactive lanes carry error 0, which is what
+// the margins and the cells left of column 0 hold in the scalar form. Each
+// lane computes fsPixel's operations in its order (the level through the
+// same truncation, the error of the chosen level). Samples go through
+// skewed buffers: byte t * 16 + r holds pixel t - 2r of row r.
+// (GCC 12 takes the undefined upper operands inside some AVX-512 intrinsics
+// for uninitialised values.)
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#endif
+template <bool Noise>
+__attribute__((target("avx512f,avx512bw,avx512vl"))) void fs8u16Run(const FsGroup16& g) {
+  const int w = g.w, p = g.p, steps = w + 30;
+  uint8_t* in = g.skew;
+  uint8_t* out = g.skew + fsSkewBytes(w);
+  std::memset(in, 0, static_cast<size_t>(fsSkewBytes(w)));
+  for (int r = 0; r < 16; ++r) {
+    const uint8_t* s = g.s[r];
+    uint8_t* k = in + 32 * r + r;
+    for (int x = 0; x < w; ++x) k[16 * x] = s[static_cast<ptrdiff_t>(x) * p];
+  }
+  float* above = g.above;
+  const __m512 k3 = _mm512_set1_ps(3.0f), k5 = _mm512_set1_ps(5.0f), k7 = _mm512_set1_ps(7.0f),
+               k16 = _mm512_set1_ps(0.0625f), inv = _mm512_set1_ps(g.inv), step = _mm512_set1_ps(g.step),
+               half = _mm512_set1_ps(g.half), top = _mm512_set1_ps(255.0f), zero = _mm512_setzero_ps();
+  const __m512i lane2 = _mm512_set_epi32(30, 28, 26, 24, 22, 20, 18, 16, 14, 12, 10, 8, 6, 4, 2, 0);
+  const __m512i vw = _mm512_set1_epi32(w), k255 = _mm512_set1_epi32(255), izero = _mm512_setzero_si512();
+  const __m512i colPick = _mm512_sub_epi32(_mm512_set1_epi32(30), lane2), k1023 = _mm512_set1_epi32(1023);
+  const __m512i y2 = _mm512_loadu_si512(g.y2);
+  // Errors of step t - 1 and the above vectors of steps t - 1 and t - 2.
+  __m512 e = zero;
+  __m512 pAbove = _mm512_castsi512_ps(
+      _mm512_alignr_epi32(_mm512_setzero_si512(), _mm512_castps_si512(_mm512_set1_ps(above[0])), 15));
+  __m512 pAboveLeft = _mm512_castsi512_ps(
+      _mm512_alignr_epi32(_mm512_setzero_si512(), _mm512_castps_si512(_mm512_set1_ps(above[-1])), 15));
+  for (int t = 0; t < steps; ++t) {
+    const __m512 right = _mm512_castsi512_ps(
+        _mm512_alignr_epi32(_mm512_castps_si512(e), _mm512_castps_si512(_mm512_set1_ps(above[std::min(t + 1, w)])), 15));
+    const __m512 sum = _mm512_add_ps(
+        _mm512_add_ps(_mm512_add_ps(_mm512_mul_ps(k3, right), pAboveLeft), _mm512_mul_ps(k5, pAbove)),
+        _mm512_mul_ps(k7, e));
+    const __m512 work = _mm512_cvtepi32_ps(_mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(in + 16 * t))));
+    const __m512 a = _mm512_add_ps(work, _mm512_mul_ps(sum, k16));
+    const __m512 q = _mm512_mul_ps(_mm512_cvtepi32_ps(_mm512_cvttps_epi32(_mm512_mul_ps(a, inv))), step);
+    const __m512 stay = _mm512_sub_ps(a, q);
+    __m512 thr = half;
+    if constexpr (Noise) {
+      // colBase[t - 2r] for lane r out of the 32 values from t - 30 on.
+      const __m512i cols = _mm512_permutex2var_epi32(_mm512_loadu_si512(g.colBase + t - 30), colPick,
+                                                     _mm512_loadu_si512(g.colBase + t - 14));
+      thr = _mm512_i32gather_ps(_mm512_and_si512(_mm512_add_epi32(cols, y2), k1023), g.noiseF, 4);
+    }
+    const __mmask16 up = _mm512_cmp_ps_mask(thr, stay, _CMP_LT_OQ);
+    const __m512 qUp = _mm512_add_ps(q, step);
+    const __m512 level = _mm512_mask_blend_ps(up, q, qUp);
+    const __m512 err = _mm512_mask_blend_ps(up, stay, _mm512_sub_ps(a, qUp));
+    const __mmask16 satTop = _mm512_cmp_ps_mask(a, top, _CMP_GE_OQ), satBottom = _mm512_cmp_ps_mask(a, zero, _CMP_LT_OQ);
+    const __mmask16 active = _mm512_cmplt_epu32_mask(_mm512_sub_epi32(_mm512_set1_epi32(t), lane2), vw);
+    const __m512 en = _mm512_maskz_mov_ps(active & ~(satTop | satBottom), err);
+    __m512i o = _mm512_max_epi32(_mm512_min_epi32(_mm512_cvttps_epi32(level), k255), izero);
+    o = _mm512_mask_mov_epi32(o, satTop, k255);
+    o = _mm512_mask_mov_epi32(o, satBottom, izero);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 16 * t), _mm512_cvtepi32_epi8(o));
+    if (t >= 30) {  // row 15's error, for the rows after the group
+      const __m128 hi = _mm512_extractf32x4_ps(en, 3);
+      _mm_store_ss(above + (t - 30), _mm_shuffle_ps(hi, hi, 3));
+    }
+    pAboveLeft = pAbove;
+    pAbove = right;
+    e = en;
+  }
+  for (int r = 0; r < 16; ++r) {
+    uint8_t* d = g.d[r];
+    const uint8_t* k = out + 32 * r + r;
+    for (int x = 0; x < w; ++x) d[static_cast<ptrdiff_t>(x) * p] = k[16 * x];
+  }
+}
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
+void fs8u16(const FsGroup16& g) { g.noiseF ? fs8u16Run<true>(g) : fs8u16Run<false>(g); }
+#undef KEL_WIDE_TARGET
+#endif
+
 }  // namespace
 
 extern const ReduceKernels kReduceKernels = {
@@ -198,7 +348,13 @@ extern const ReduceKernels kReduceKernels = {
      bayer<Kel32f, Kel8u>, bayer<Kel32f, Kel16u>, bayer<Kel32f, Kel16s>},
     {bayerT<Kel8u, Kel8u>, bayerT<Kel16u, Kel16u>, bayerT<Kel16s, Kel16s>, bayerT<Kel16u, Kel8u>,
      bayerT<Kel16s, Kel8u>, bayerT<Kel32f, Kel8u>, bayerT<Kel32f, Kel16u>, bayerT<Kel32f, Kel16s>},
-    nearest8u};
+    nearest8u,
+#if KEL_ISA == KEL_ISA_AVX2
+    bayerLut8u, fs8u16,
+#else
+    nullptr, nullptr,
+#endif
+};
 
 }  // namespace KEL_ISA_NS
 }  // namespace kel

@@ -48,13 +48,16 @@ inline void mapRow(const uint8_t* s, uint8_t* d, int x, int n, bool ac4, Map&& f
 // the processor check gives (and that a test may lower).
 inline bool wideLookUp() { return activeIsa() >= Isa::AVX512 && __builtin_cpu_supports("avx512vbmi"); }
 
+Chain<KernLut> lookUpChain(bool ac4) {
+  if (wideLookUp()) return {{ac4 ? avx2::kGammaKernels.lutWideAC4 : avx2::kGammaKernels.lutWide, nullptr}};
+  return chainFor(ac4 ? &GammaKernels::lutAC4 : &GammaKernels::lut, sse41::kGammaKernels, avx2::kGammaKernels);
+}
+
 struct Op8 {
   const uint8_t* table;
   static constexpr bool rangeOk() { return true; }
   KelStatus operator()(const Planes& im, KeliSize roi) const {
-    Chain<KernLut> chain =
-        chainFor(im.ac4 ? &GammaKernels::lutAC4 : &GammaKernels::lut, sse41::kGammaKernels, avx2::kGammaKernels);
-    if (wideLookUp()) chain = {{im.ac4 ? avx2::kGammaKernels.lutWideAC4 : avx2::kGammaKernels.lutWide, nullptr}};
+    const Chain<KernLut> chain = lookUpChain(im.ac4);
     const uint8_t* t = table;
     forPlanes(im, roi.height, [&](const uint8_t* s, uint8_t* d) {
       int x = 0;
@@ -149,6 +152,9 @@ constexpr Op16<true> kFwd16{};
 constexpr Op16<false> kInv16{};
 
 }  // namespace
+
+ByteLookUp byteLookUp() { return {lookUpChain(false)}; }
+
 }  // namespace kel
 
 using namespace kel;

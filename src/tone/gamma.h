@@ -16,12 +16,11 @@
 
 namespace kel {
 
-// A look-up kernel: maps bytes s[x..] through a 256-entry table into d[x..]
-// in whole vector blocks while a block fits below n (bytes of the row);
-// returns the byte where it stopped. s may equal d. The AC4 kernel leaves
-// every fourth byte of d (the alpha of a four-byte pixel) as it was; its
-// blocks are whole pixels, so x stays on a pixel.
-using KernLut = int (*)(const uint8_t* s, uint8_t* d, int x, int n, const uint8_t* table);
+// A look-up kernel (KernLut, gamma_tables.h): maps bytes s[x..] through a
+// 256-entry table into d[x..] in whole vector blocks while a block fits
+// below n (bytes of the row); returns the byte where it stopped. s may equal
+// d. The AC4 kernel leaves every fourth byte of d (the alpha of a four-byte
+// pixel) as it was; its blocks are whole pixels, so x stays on a pixel.
 
 // `lutWide`, `lutWideAC4`: the AVX-512 VBMI kernels (in the AVX2 table
 // only), which finish the row themselves.

@@ -10,6 +10,8 @@
 
 #include <cstdint>
 
+#include "frame/cpu.h"
+
 namespace kel {
 
 // The forward curve at the scale 255: entry i is 4.5 i for i up to 4 and
@@ -22,5 +24,21 @@ extern const uint8_t tableFwd8u[256];
 // 255 ((i / 255 + 0.099) / 1.099)^(1 / 0.45) above, rounded to the nearest
 // integer (no entry falls on a half).
 extern const uint8_t tableInv8u[256];
+
+// Bytes through a 256-entry table on the widest path of the call: the
+// vector look-ups give the table entries themselves, so every path gives the
+// scalar look-up's bytes. Take one per call (`byteLookUp()`), use it on
+// every row.
+using KernLut = int (*)(const uint8_t* s, uint8_t* d, int x, int n, const uint8_t* table);
+struct ByteLookUp {
+  Chain<KernLut> chain;
+  void operator()(const uint8_t* s, uint8_t* d, int n, const uint8_t* table) const {
+    int x = 0;
+    for (KernLut k : chain.k)
+      if (k) x = k(s, d, x, n, table);
+    for (; x < n; ++x) d[x] = table[s[x]];
+  }
+};
+ByteLookUp byteLookUp();
 
 }  // namespace kel

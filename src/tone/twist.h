@@ -51,6 +51,9 @@ struct TwistKernels {
   TwistKern k[kTwDepths][kTwLayouts];
   TwistKern c3Nt;        // 32f C3 with non-temporal stores
   TwistKern c4, c4Nt;    // 32f C4, 4 x 4 matrix; c4Nt streams its stores
+  // 8u C3 in blocks of 64 pixels on processors with AVX-512 VBMI (AVX2
+  // table only; null elsewhere).
+  TwistKern c3Wide8u;
 };
 namespace sse41 {
 extern const TwistKernels kTwistKernels;

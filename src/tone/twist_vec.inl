@@ -268,6 +268,93 @@ int kernW(const TwistRow& row, int x, int n) {
   return kernWRun<T, L, Nt, false>(row, x, n);
 }
 
+#if KEL_ISA == KEL_ISA_AVX2
+// ---- 8u C3 with AVX-512 VBMI: 64 pixels per block --------------------------------
+// Group g of 16 pixels (48 bytes) comes from one 64-byte load (the last group
+// loads from byte 128, inside the block's 192 bytes); a zero-masked byte
+// permute puts each channel's samples in the low bytes of 32-bit lanes. The
+// sums are those of the 4-pixel lanes, sixteen pixels per vector. The
+// results narrow as narrow32 does (signed then unsigned saturating packs,
+// clip8) within 128-bit lanes, and two byte permutes per output vector
+// interleave the three channel vectors into C3.
+#define KEL_WIDE_TARGET __attribute__((target("avx512f,avx512bw,avx512vl,avx512vbmi")))
+// (GCC 12 takes the undefined upper operands inside some AVX-512 intrinsics
+// for uninitialised values.)
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+constexpr int wideOffset(int g) { return g == 3 ? 128 : 48 * g; }
+struct WideIdx {
+  alignas(64) uint8_t gather[4][3][64];  // group, channel
+  alignas(64) uint8_t join01[3][64];     // output vector: channels 0 and 1
+  alignas(64) uint8_t join2[3][64];      // output vector: channel 2
+  uint64_t mask2[3];                     // bytes of channel 2 in each output vector
+  constexpr WideIdx() : gather{}, join01{}, join2{}, mask2{} {
+    for (int g = 0; g < 4; ++g)
+      for (int k = 0; k < 3; ++k)
+        for (int b = 0; b < 64; ++b)
+          gather[g][k][b] = b % 4 == 0 ? static_cast<uint8_t>(48 * g + 3 * (b / 4) + k - wideOffset(g)) : 0;
+    for (int v = 0; v < 3; ++v)
+      for (int b = 0; b < 64; ++b) {
+        const int B = 64 * v + b, P = B / 3, k = B % 3;
+        // Pixel P of the block after the packs: lane (P % 16) / 4, byte
+        // 4 * group + P % 4 of that lane.
+        const int pos = 16 * ((P % 16) / 4) + 4 * (P / 16) + P % 4;
+        join01[v][b] = static_cast<uint8_t>(k == 1 ? 64 + pos : pos);
+        join2[v][b] = static_cast<uint8_t>(pos);
+        if (k == 2) mask2[v] |= uint64_t{1} << b;
+      }
+  }
+};
+inline constexpr WideIdx kWideIdx{};
+
+template <bool Bounded>
+KEL_WIDE_TARGET int wide8uC3Run(const TwistRow& row, int x, int n) {
+  const uint8_t* s = row.p.s[0];
+  uint8_t* d = row.p.d[0];
+  const TwistMat& m = *row.m;
+  __m512 w[4][3];
+  for (int j = 0; j < 4; ++j)
+    for (int i = 0; i < 3; ++i) w[j][i] = _mm512_set1_ps(m.g[j][i]);
+  const __m512 hi = _mm512_set1_ps(255.0f);
+  for (; x + 64 <= n; x += 64) {
+    const uint8_t* p = s + 3 * static_cast<ptrdiff_t>(x);
+    __m512i o[3][4];
+    for (int g = 0; g < 4; ++g) {
+      const __m512i a = _mm512_loadu_si512(p + wideOffset(g));
+      __m512 c[3];
+      for (int k = 0; k < 3; ++k)
+        c[k] = _mm512_cvtepi32_ps(_mm512_maskz_permutexvar_epi8(
+            0x1111111111111111ull, _mm512_load_si512(kWideIdx.gather[g][k]), a));
+      for (int i = 0; i < 3; ++i) {
+        __m512 sum = _mm512_add_ps(_mm512_add_ps(w[3][i], _mm512_mul_ps(c[0], w[0][i])),
+                                   _mm512_add_ps(_mm512_mul_ps(c[2], w[2][i]), _mm512_mul_ps(c[1], w[1][i])));
+        if constexpr (!Bounded) sum = _mm512_min_ps(sum, hi);
+        o[i][g] = _mm512_cvtps_epi32(sum);
+      }
+    }
+    __m512i ch[3];
+    for (int i = 0; i < 3; ++i)
+      ch[i] = _mm512_packus_epi16(_mm512_packs_epi32(o[i][0], o[i][1]), _mm512_packs_epi32(o[i][2], o[i][3]));
+    uint8_t* q = d + 3 * static_cast<ptrdiff_t>(x);
+    for (int v = 0; v < 3; ++v) {
+      const __m512i r = _mm512_permutex2var_epi8(ch[0], _mm512_load_si512(kWideIdx.join01[v]), ch[1]);
+      _mm512_storeu_si512(q + 64 * v,
+                          _mm512_mask_permutexvar_epi8(r, kWideIdx.mask2[v], _mm512_load_si512(kWideIdx.join2[v]), ch[2]));
+    }
+  }
+  return x;
+}
+int wide8uC3(const TwistRow& row, int x, int n) {
+  return boundedSums<Kel8u>(*row.m) ? wide8uC3Run<true>(row, x, n) : wide8uC3Run<false>(row, x, n);
+}
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
+#undef KEL_WIDE_TARGET
+#endif
+
 }  // namespace
 
 extern const TwistKernels kTwistKernels = {
@@ -279,6 +366,11 @@ extern const TwistKernels kTwistKernels = {
     kernW<Kel32f, kTwC3, true>,
     kernW<Kel32f, kTwC4>,
     kernW<Kel32f, kTwC4, true>,
+#if KEL_ISA == KEL_ISA_AVX2
+    wide8uC3,
+#else
+    nullptr,
+#endif
 };
 
 }  // namespace KEL_ISA_NS

@@ -1,0 +1,20 @@
+# The source package: built by the package_source target, it holds the
+# sources (the top-level CMakeLists.txt, the headers, the tests) and no build
+# tree, version-control data or Python cache.
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${BIN} --target package_source RESULT_VARIABLE rc OUTPUT_QUIET)
+if(rc)
+  message(FATAL_ERROR "package_source failed")
+endif()
+execute_process(COMMAND tar tzf ${BIN}/${NAME}.tar.gz OUTPUT_VARIABLE listing RESULT_VARIABLE rc)
+if(rc)
+  message(FATAL_ERROR "cannot list ${BIN}/${NAME}.tar.gz")
+endif()
+foreach(must CMakeLists.txt include/kelcc.h src/frame/rows.h tests/harness.h python/kelcc_py.cpp docs/example.c)
+  string(FIND "${listing}" "${NAME}/${must}\n" at)
+  if(at LESS 0)
+    message(FATAL_ERROR "the source package lacks ${must}")
+  endif()
+endforeach()
+if(listing MATCHES "(^|\n)${NAME}/(build[^/\n]*|\\.git|demo-out)(/|\n)" OR listing MATCHES "__pycache__|\\.pytest_cache|CMakeCache.txt")
+  message(FATAL_ERROR "the source package holds build output or version control: ${CMAKE_MATCH_0}")
+endif()
