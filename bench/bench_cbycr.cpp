@@ -14,9 +14,9 @@ namespace {
 void registerCbYCr() {
   using namespace kb;
   static Plane c2(2 * kW, kH, 1), bgr(3 * kW, kH, 2), bgra(4 * kW, kH, 3);
-  static Plane y(kW, kH, 4), u(kW / 2, kH / 2, 5), v(kW / 2, kH / 2, 6), u444(kW, kH, 7), v444(kW, kH, 8);
+  static Plane y(kW, kH, 4), u(half(kW), half(kH), 5), v(half(kW), half(kH), 6), u444(kW, kH, 7), v444(kW, kH, 8);
   static Plane oc2(2 * kW, kH, 9), obgr(3 * kW, kH, 10), obgra(4 * kW, kH, 11);
-  static Plane oy(kW, kH, 12), ou(kW / 2, kH / 2, 13), ov(kW / 2, kH / 2, 14);
+  static Plane oy(kW, kH, 12), ou(half(kW), half(kH), 13), ov(half(kW), half(kH), 14);
   static cv::Mat mC2(kH, kW, CV_8UC2, c2.p), mBgr(kH, kW, CV_8UC3, obgr.p), mBgra(kH, kW, CV_8UC4, obgra.p);
   static const Kel8u* p420[3] = {y.p, u.p, v.p};
   static const int s420[3] = {y.step, u.step, v.step};

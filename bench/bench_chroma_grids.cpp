@@ -13,12 +13,13 @@
 
 namespace {
 
-// Our call on one thread, whatever the team size of the process.
+// Our call on the run's thread count (kb::threads), whatever the team size
+// of the process.
 template <class F>
 std::function<void()> oneThread(F f) {
   return [f] {
     const int before = kelGetNumThreads();
-    kelSetNumThreads(1);
+    kelSetNumThreads(kb::threads());
     f();
     kelSetNumThreads(before);
   };
@@ -26,11 +27,11 @@ std::function<void()> oneThread(F f) {
 
 void registerGrids() {
   using namespace kb;
-  constexpr int cw = kW / 2, qw = kW / 4;
-  static Plane y(kW, kH, 1), c422a(cw, kH, 2), c422b(cw, kH, 3), c420a(cw, kH / 2, 4), c420b(cw, kH / 2, 5);
-  static Plane c411a(qw, kH, 6), c411b(qw, kH, 7), c1620a(qw, kH / 4, 8), c1620b(qw, kH / 4, 9), c2(2 * kW, kH, 10);
-  static Plane oy(kW, kH, 11), o422a(cw, kH, 12), o422b(cw, kH, 13), o420a(cw, kH / 2, 14), o420b(cw, kH / 2, 15);
-  static Plane o411a(qw, kH, 16), o411b(qw, kH, 17), o1620a(qw, kH / 4, 18), o1620b(qw, kH / 4, 19);
+  const int cw = half(kW), qw = quarter(kW);
+  static Plane y(kW, kH, 1), c422a(cw, kH, 2), c422b(cw, kH, 3), c420a(cw, half(kH), 4), c420b(cw, half(kH), 5);
+  static Plane c411a(qw, kH, 6), c411b(qw, kH, 7), c1620a(qw, quarter(kH), 8), c1620b(qw, quarter(kH), 9), c2(2 * kW, kH, 10);
+  static Plane oy(kW, kH, 11), o422a(cw, kH, 12), o422b(cw, kH, 13), o420a(cw, half(kH), 14), o420b(cw, half(kH), 15);
+  static Plane o411a(qw, kH, 16), o411b(qw, kH, 17), o1620a(qw, quarter(kH), 18), o1620b(qw, quarter(kH), 19);
   static Plane oc2(2 * kW, kH, 20), obgra(4 * kW, kH, 21);
   struct P3 {
     const Kel8u* s[3];

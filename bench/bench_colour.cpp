@@ -37,7 +37,7 @@ void registerColour() {
   static cv::Mat mRgbF(kH, kW, CV_32FC3, rgbF.p), mOutF(kH, kW, CV_32FC3, outF.p), mGrayF(kH, kW, CV_32FC1, grayF.p);
   const size_t px = size_t(kW) * kH;
 
-  for (int threads : {1, 2}) {
+  for (int threads : threadCounts()) {
     const std::string t = threads == 1 ? "" : "@2t";
     auto with = [threads](void (*f)()) {
       return [threads, f] {

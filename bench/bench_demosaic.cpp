@@ -22,7 +22,7 @@ void registerDemosaic() {
   const KeliRect roi{0, 0, kW, kH};
   auto s16 = reinterpret_cast<const Kel16u*>(raw16.p);
   auto d16 = reinterpret_cast<Kel16u*>(out16.p);
-  for (int threads : {1, 2}) {
+  for (int threads : threadCounts()) {
     const std::string t = threads == 1 ? "" : "@2t";
     auto withThreads = [threads](std::function<void()> f) {
       return [threads, f] {

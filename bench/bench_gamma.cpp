@@ -16,7 +16,7 @@ namespace {
 
 void registerGamma() {
   using namespace kb;
-  const size_t px = size_t(kW) * kH;
+  static const size_t px = size_t(kW) * kH;
   static Plane rgb(3 * kW, kH, 1), out(3 * kW, kH, 2), rgba(4 * kW, kH, 3), out4(4 * kW, kH, 4);
   static Plane w16(6 * kW, kH, 5), o16(6 * kW, kH, 6);
   static Plane planes[3] = {{kW, kH, 7}, {kW, kH, 8}, {kW, kH, 9}};
@@ -68,6 +68,8 @@ void registerGamma() {
     }
   });
   static cv::Mat f32(kH, kW, CV_32FC3), fo32(kH, kW, CV_32FC3);
+  track(f32.data, 12 * px);
+  track(fo32.data, 12 * px);
   static const bool init = [] {
     m16.convertTo(f32, CV_32F, 1.0 / 65535);
     return true;
@@ -78,6 +80,8 @@ void registerGamma() {
 
   // 32f: a double-precision power per sample.
   static std::vector<float> fsrc(3 * px, 0.5f), fdst(3 * px);
+  track(fsrc.data(), 12 * px);
+  track(fdst.data(), 12 * px);
   add("GammaFwd_32f_C3R", "kel", 24 * px, [] {
     keliGammaFwd_32f_C3R(fsrc.data(), 12 * kW, fdst.data(), 12 * kW, kRoi, 0.0f, 1.0f);
   });
@@ -85,6 +89,7 @@ void registerGamma() {
 
   // Tone mapping: a statistic pass and a scaling pass over a float plane.
   static std::vector<float> hdr(px);
+  track(hdr.data(), 4 * px);
   static Plane gray(kW, kH, 10);
   static const bool hdrInit = [] {
     for (size_t i = 0; i < px; ++i) hdr[i] = static_cast<float>((i * 2654435761u) % 100000) * 0.01f;

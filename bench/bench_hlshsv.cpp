@@ -46,7 +46,7 @@ void registerHlsHsv() {
                                  {"RGBToHLS_8u_C3R", keliRGBToHLS_8u_C3R, cv::COLOR_RGB2HLS_FULL},
                                  {"HLSToRGB_8u_C3R", keliHLSToRGB_8u_C3R, cv::COLOR_HLS2RGB_FULL}};
 
-  for (int threads : {1, 2}) {
+  for (int threads : threadCounts()) {
     const std::string t = threads == 1 ? "" : "@2t";
     auto with = [threads](std::function<void()> f) {
       return [threads, f] {

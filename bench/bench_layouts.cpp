@@ -15,11 +15,11 @@ void registerLayouts() {
   const size_t px = size_t(kW) * kH;
   // Luma, 4:2:2 / 4:2:0 / 4:1:1 chroma planes, packed 4:2:2 and P2 chroma.
   static Plane y0(kW, kH, 1), y1(kW, kH, 2);
-  static Plane u422(kW / 2, kH, 3), v422(kW / 2, kH, 4), u422b(kW / 2, kH, 5), v422b(kW / 2, kH, 6);
-  static Plane u420(kW / 2, kH / 2, 7), v420(kW / 2, kH / 2, 8), u420b(kW / 2, kH / 2, 9), v420b(kW / 2, kH / 2, 10);
-  static Plane u411(kW / 4, kH, 11), v411(kW / 4, kH, 12), u411b(kW / 4, kH, 13), v411b(kW / 4, kH, 14);
+  static Plane u422(half(kW), kH, 3), v422(half(kW), kH, 4), u422b(half(kW), kH, 5), v422b(half(kW), kH, 6);
+  static Plane u420(half(kW), half(kH), 7), v420(half(kW), half(kH), 8), u420b(half(kW), half(kH), 9), v420b(half(kW), half(kH), 10);
+  static Plane u411(quarter(kW), kH, 11), v411(quarter(kW), kH, 12), u411b(quarter(kW), kH, 13), v411b(quarter(kW), kH, 14);
   static Plane c2(2 * kW, kH, 15), c2b(2 * kW, kH, 16);
-  static Plane nv420(kW, kH / 2, 17), nv420b(kW, kH / 2, 18), nv411(kW / 2, kH, 19), nv411b(kW / 2, kH, 20);
+  static Plane nv420(kW, half(kH), 17), nv420b(kW, half(kH), 18), nv411(half(kW), kH, 19), nv411b(half(kW), kH, 20);
 
   static const Kel8u* s422[3] = {y0.p, u422.p, v422.p};
   static const int st422[3] = {y0.step, u422.step, v422.step};

@@ -38,7 +38,7 @@ void registerLuvLab() {
   static cv::Mat mRgbF(kH, kW, CV_32FC3, rgbF.p), mLuvF(kH, kW, CV_32FC3, luvF.p), mOutF(kH, kW, CV_32FC3, outF.p);
   const size_t px = size_t(kW) * kH;
 
-  for (int threads : {1, 2}) {
+  for (int threads : threadCounts()) {
     const std::string t = threads == 1 ? "" : "@2t";
     auto with = [threads](void (*f)()) { return withThreads(threads, f); };
     addKel("RGBToLUV_8u_C3R" + t, 6 * px,

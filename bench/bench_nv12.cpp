@@ -12,8 +12,8 @@ namespace {
 
 void registerNv12() {
   using namespace kb;
-  static Plane y(kW, kH, 1), uv(kW, kH / 2, 2), u(kW / 2, kH / 2, 3), v(kW / 2, kH / 2, 4), c2(2 * kW, kH, 5);
-  static Plane oy(kW, kH, 6), ouv(kW, kH / 2, 7), ou(kW / 2, kH / 2, 8), ov(kW / 2, kH / 2, 9), oc2(2 * kW, kH, 10);
+  static Plane y(kW, kH, 1), uv(kW, half(kH), 2), u(half(kW), half(kH), 3), v(half(kW), half(kH), 4), c2(2 * kW, kH, 5);
+  static Plane oy(kW, kH, 6), ouv(kW, half(kH), 7), ou(half(kW), half(kH), 8), ov(half(kW), half(kH), 9), oc2(2 * kW, kH, 10);
   // YV12 planes are Y, Cr, Cb.
   static const Kel8u* yv12[3] = {y.p, v.p, u.p};
   static const int yv12Steps[3] = {y.step, v.step, u.step};

@@ -11,7 +11,7 @@ namespace {
 
 void registerPacked16() {
   using namespace kb;
-  static Plane y(kW, kH, 1), u(kW / 2, kH, 2), v(kW / 2, kH, 3), c3(3 * kW, kH, 4), c2(2 * kW, kH, 5);
+  static Plane y(kW, kH, 1), u(half(kW), kH, 2), v(half(kW), kH, 3), c3(3 * kW, kH, 4), c2(2 * kW, kH, 5);
   static Plane f1(kW, kH, 6), f2(kW, kH, 7), out(2 * kW, kH, 8);
   static const Kel8u* const p420[3] = {y.p, u.p, v.p};
   static const int s420[3] = {y.step, u.step, v.step};

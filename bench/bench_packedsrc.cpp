@@ -11,7 +11,7 @@ namespace {
 
 void registerPackedSrc() {
   using namespace kb;
-  static Plane word(2 * kW, kH, 1), y(kW, kH, 2), u(kW / 2, kH, 3), v(kW / 2, kH, 4), c2(2 * kW, kH, 5);
+  static Plane word(2 * kW, kH, 1), y(kW, kH, 2), u(half(kW), kH, 3), v(half(kW), kH, 4), c2(2 * kW, kH, 5);
   static Kel8u* dst[3] = {y.p, u.p, v.p};
   static const int ds[3] = {y.step, u.step, v.step};
   static const Kel16u* src = reinterpret_cast<const Kel16u*>(word.p);

@@ -33,7 +33,7 @@ void registerReduce() {
                  {"bayer_noise", kelDitherBayer, 20}};
   for (int ch : {1, 3})
     for (const auto& m : methods)
-      for (int threads : {1, 2}) {
+      for (int threads : threadCounts()) {
         const std::string g = std::string("ReduceBits_8u_C") + char('0' + ch) + "R_" + m.name + (threads == 2 ? "@2t" : "");
         const KelDitherType t = m.t;
         const int noise = m.noise;

@@ -25,7 +25,7 @@ void registerRgb565() {
   auto unpack = [] {
     keliRGB565ToRGB_16u8u_C3R(reinterpret_cast<const Kel16u*>(word.p), word.step, out.p, out.step, kRoi);
   };
-  for (int threads : {1, 2}) {
+  for (int threads : threadCounts()) {
     const std::string t = threads == 1 ? "" : "@2t";
     auto withThreads = [threads](void (*f)()) {
       return [threads, f] {

@@ -10,7 +10,7 @@ namespace {
 
 void registerSupport() {
   using namespace kb;
-  const size_t px = size_t(kW) * kH;
+  static const size_t px = size_t(kW) * kH;
   static Plane a(kW, kH, 1), b(kW, kH, 2);
   static Plane f(4 * kW, kH, 3);
   add("Copy_8u_C1R", "kel", 2 * px, [] { keliCopy_8u_C1R(a.p, a.step, b.p, b.step, kRoi); });
@@ -25,7 +25,7 @@ void registerSupport() {
     keliMax_32f_C1R(fp, f.step, kRoi, &m);
     benchmark::DoNotOptimize(m);
   });
-  add("Max_32f_C1R", "std", 4 * px, [fp, px] { benchmark::DoNotOptimize(*std::max_element(fp, fp + px)); });
+  add("Max_32f_C1R", "std", 4 * px, [fp] { benchmark::DoNotOptimize(*std::max_element(fp, fp + px)); });
   add("Sum_32f_C1R", "kel", 4 * px, [fp] {
     double s;
     keliSum_32f_C1R(fp, f.step, kRoi, &s, 1);
@@ -36,7 +36,7 @@ void registerSupport() {
     keliSum_32f_C1R(fp, f.step, kRoi, &s, 2);
     benchmark::DoNotOptimize(s);
   });
-  add("Sum_32f_C1R", "double-loop", 4 * px, [fp, px] {
+  add("Sum_32f_C1R", "double-loop", 4 * px, [fp] {
     double s = 0;
     for (size_t i = 0; i < px; ++i) s += fp[i];
     benchmark::DoNotOptimize(s);

@@ -12,8 +12,8 @@ namespace {
 void registerYccSub() {
   using namespace kb;
   static Plane rgb(3 * kW, kH, 1), out(3 * kW, kH, 2), bgra(4 * kW, kH, 3);
-  static Plane y(kW, kH, 4), u(kW / 2, kH / 2, 5), v(kW / 2, kH / 2, 6);
-  static Plane y422(kW, kH, 7), u422(kW / 2, kH, 8), v422(kW / 2, kH, 9), yuy2(2 * kW, kH, 10);
+  static Plane y(kW, kH, 4), u(half(kW), half(kH), 5), v(half(kW), half(kH), 6);
+  static Plane y422(kW, kH, 7), u422(half(kW), kH, 8), v422(half(kW), kH, 9), yuy2(2 * kW, kH, 10);
   static Plane i420(kW, kH * 3 / 2, 11);
   static Kel8u* d420[3] = {y.p, u.p, v.p};
   static const Kel8u* s420[3] = {y.p, u.p, v.p};

@@ -14,7 +14,7 @@ void registerYuvSub() {
   static Plane rgb(3 * kW, kH, 1), out(3 * kW, kH, 2), bgra(4 * kW, kH, 3), rgba(4 * kW, kH, 4);
   static Plane r(kW, kH, 5), g(kW, kH, 6), b(kW, kH, 7);
   static Plane i420(kW, kH * 3 / 2, 8);  // Y, U and V back to back, as OpenCV wants them
-  static Plane y422(kW, kH, 9), u422(kW / 2, kH, 10), v422(kW / 2, kH, 11), yuy2(2 * kW, kH, 12);
+  static Plane y422(kW, kH, 9), u422(half(kW), kH, 10), v422(half(kW), kH, 11), yuy2(2 * kW, kH, 12);
   static uint8_t* y = i420.p;
   static uint8_t* u = i420.p + kW * kH;
   static uint8_t* v = u + (kW / 2) * (kH / 2);

@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Installs what the build needs, where it is missing. Extra words add groups:
-# "bench" the peer libraries the benchmarks compare against, "sanitizers"
+# "bench" the peer libraries the benchmarks compare against (and matplotlib
+# for the chart of scripts/bench_table.py), "sanitizers"
 # clang with its OpenMP runtime and sanitizer/fuzzer runtimes, "python" the
 # system interpreter's pybind11, numpy, pytest and scikit-image (photographs).
 set -euo pipefail
 pkgs=(build-essential cmake pkg-config libgtest-dev libpng-dev)
 for group in "$@"; do
   case "$group" in
-    bench) pkgs+=(libbenchmark-dev libopencv-dev libyuv-dev) ;;
+    bench) pkgs+=(libbenchmark-dev libopencv-dev libyuv-dev libswscale-dev libavutil-dev libraw-dev python3-matplotlib) ;;
     sanitizers) pkgs+=(clang libomp-dev libclang-rt-14-dev) ;;
     python) pkgs+=(python3-dev python3-pybind11 python3-numpy python3-pytest python3-skimage python3-imageio) ;;
   esac
