@@ -85,11 +85,19 @@ std::vector<Member> members() {
     auto slice = [t, b](KeliSize r) {  // saturated: the fuzzer passes extreme heights
       return KeliSize{r.width, int(std::max<int64_t>(INT32_MIN, int64_t{r.height} - t - b))};
     };
+    // The fuzzer's flags: this slice's own, or values that name no slice. A
+    // slice of another kind reads and writes rows that this one's place in
+    // the picture does not have (a middle slice writes two rows above).
+    auto flagsOf = [f](Call& c) {
+      const uint32_t v = uint32_t(c.param(int32_t(f)));
+      const bool names = (v & kWhole) == kWhole || v == kFirst || v == kMiddle || v == kLast;
+      return names ? f : v;
+    };
     add(std::string("keliYCbCr420ToYCbCr422_Filter_8u_P2C2R ") + sc.name, {full(1), pairs420()}, {full(2)}, [=](Call& c) {
       const Kel8u *y = c.s(0), *cc = c.s(1);
       Kel8u* d = c.d(0);
       return keliYCbCr420ToYCbCr422_Filter_8u_P2C2R(down(y, c.ss(0), t), c.ss(0), down(cc, c.ss(1), t / 2), c.ss(1),
-                                                    down(d, c.ds(0), t), c.ds(0), slice(c.roi()), uint32_t(c.param(int32_t(f))));
+                                                    down(d, c.ds(0), t), c.ds(0), slice(c.roi()), flagsOf(c));
     }, sc.minH);
     add(std::string("keliYCbCr420ToYCrCb420_Filter_8u_P2P3R ") + sc.name, {full(1), pairs420()},
         {full(1), half420(), half420()}, [=](Call& c) {
@@ -100,7 +108,7 @@ std::vector<Member> members() {
           for (int i = 0; i < 3; ++i) ds[i] = c.ds(i), dd[i] = d ? down(d[i], ds[i], i ? t / 2 : t) : nullptr;
           return keliYCbCr420ToYCrCb420_Filter_8u_P2P3R(down(y, c.ss(0), t), c.ss(0), down(cc, c.ss(1), t / 2),
                                                         c.ss(1), d ? dd : nullptr, ds, slice(c.roi()),
-                                                        uint32_t(c.param(int32_t(f))));
+                                                        flagsOf(c));
         }, sc.minH, Order::A);
   }
   return v;
