@@ -6,22 +6,9 @@
 #include <opencv2/imgproc.hpp>
 
 #include "common.h"
-#include "frame/cpu.h"
 
 namespace {
 
-// Ours; and in the one-thread groups on an AVX-512 processor, the same call
-// held to the AVX2 path ("kel-avx2"), which is what such a processor ran
-// before the colour models had AVX-512 kernels.
-void addKel(const std::string& g, size_t bytes, std::function<void()> f) {
-  kb::add(g, "kel", bytes, f);
-  if (g.find('@') == std::string::npos && kel::cpuIsa() >= kel::Isa::AVX512)
-    kb::add(g, "kel-avx2", bytes, [f] {
-      kel::setIsaLimit(kel::Isa::AVX2);
-      f();
-      kel::setIsaLimit(kel::Isa::AVX512);
-    });
-}
 
 void registerColour() {
   using namespace kb;
@@ -47,42 +34,42 @@ void registerColour() {
         kelSetNumThreads(before);
       };
     };
-    addKel("RGBToXYZ_8u_C3R" + t, 6 * px,
+    kb::addKelAndAvx2("RGBToXYZ_8u_C3R" + t, 6 * px,
         with(+[] { keliRGBToXYZ_8u_C3R(rgb.p, rgb.step, out.p, out.step, kRoi); }));
     add("RGBToXYZ_8u_C3R" + t, "opencv", 6 * px, [] { cv::cvtColor(mRgb, mOut, cv::COLOR_RGB2XYZ); });
     addMemcpy("RGBToXYZ_8u_C3R" + t, 3 * px, 3 * px);
 
-    addKel("XYZToRGB_8u_C3R" + t, 6 * px,
+    kb::addKelAndAvx2("XYZToRGB_8u_C3R" + t, 6 * px,
         with(+[] { keliXYZToRGB_8u_C3R(rgb.p, rgb.step, out.p, out.step, kRoi); }));
     add("XYZToRGB_8u_C3R" + t, "opencv", 6 * px, [] { cv::cvtColor(mRgb, mOut, cv::COLOR_XYZ2RGB); });
     addMemcpy("XYZToRGB_8u_C3R" + t, 3 * px, 3 * px);
 
-    addKel("RGBToXYZ_32f_C3R" + t, 24 * px, with(+[] {
+    kb::addKelAndAvx2("RGBToXYZ_32f_C3R" + t, 24 * px, with(+[] {
           keliRGBToXYZ_32f_C3R(reinterpret_cast<const Kel32f*>(rgbF.p), rgbF.step,
                                reinterpret_cast<Kel32f*>(outF.p), outF.step, kRoi);
         }));
     add("RGBToXYZ_32f_C3R" + t, "opencv", 24 * px, [] { cv::cvtColor(mRgbF, mOutF, cv::COLOR_RGB2XYZ); });
     addMemcpy("RGBToXYZ_32f_C3R" + t, 12 * px, 12 * px);
 
-    addKel("XYZToRGB_32f_C3R" + t, 24 * px, with(+[] {
+    kb::addKelAndAvx2("XYZToRGB_32f_C3R" + t, 24 * px, with(+[] {
           keliXYZToRGB_32f_C3R(reinterpret_cast<const Kel32f*>(rgbF.p), rgbF.step,
                                reinterpret_cast<Kel32f*>(outF.p), outF.step, kRoi);
         }));
     add("XYZToRGB_32f_C3R" + t, "opencv", 24 * px, [] { cv::cvtColor(mRgbF, mOutF, cv::COLOR_XYZ2RGB); });
     addMemcpy("XYZToRGB_32f_C3R" + t, 12 * px, 12 * px);
 
-    addKel("RGBToYCC_8u_C3R" + t, 6 * px,
+    kb::addKelAndAvx2("RGBToYCC_8u_C3R" + t, 6 * px,
         with(+[] { keliRGBToYCC_8u_C3R(rgb.p, rgb.step, out.p, out.step, kRoi); }));
     addMemcpy("RGBToYCC_8u_C3R" + t, 3 * px, 3 * px);
-    addKel("YCCToRGB_8u_C3R" + t, 6 * px,
+    kb::addKelAndAvx2("YCCToRGB_8u_C3R" + t, 6 * px,
         with(+[] { keliYCCToRGB_8u_C3R(rgb.p, rgb.step, out.p, out.step, kRoi); }));
     addMemcpy("YCCToRGB_8u_C3R" + t, 3 * px, 3 * px);
   }
 
-  addKel("RGBToGray_8u_C3C1R", 4 * px, [] { keliRGBToGray_8u_C3C1R(rgb.p, rgb.step, gray.p, gray.step, kRoi); });
+  kb::addKelAndAvx2("RGBToGray_8u_C3C1R", 4 * px, [] { keliRGBToGray_8u_C3C1R(rgb.p, rgb.step, gray.p, gray.step, kRoi); });
   add("RGBToGray_8u_C3C1R", "opencv", 4 * px, [] { cv::cvtColor(mRgb, mGray, cv::COLOR_RGB2GRAY); });
   addMemcpy("RGBToGray_8u_C3C1R", 3 * px, px);
-  addKel("RGBToGray_32f_C3C1R", 16 * px, [] {
+  kb::addKelAndAvx2("RGBToGray_32f_C3C1R", 16 * px, [] {
     keliRGBToGray_32f_C3C1R(reinterpret_cast<const Kel32f*>(rgbF.p), rgbF.step, reinterpret_cast<Kel32f*>(grayF.p),
                             grayF.step, kRoi);
   });

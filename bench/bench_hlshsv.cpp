@@ -4,22 +4,9 @@
 #include <opencv2/imgproc.hpp>
 
 #include "common.h"
-#include "frame/cpu.h"
 
 namespace {
 
-// Ours; and in the one-thread groups on an AVX-512 processor, the same call
-// held to the AVX2 path ("kel-avx2"), which is what such a processor ran
-// before the colour models had AVX-512 kernels.
-void addKel(const std::string& g, size_t bytes, std::function<void()> f) {
-  kb::add(g, "kel", bytes, f);
-  if (g.find('@') == std::string::npos && kel::cpuIsa() >= kel::Isa::AVX512)
-    kb::add(g, "kel-avx2", bytes, [f] {
-      kel::setIsaLimit(kel::Isa::AVX2);
-      f();
-      kel::setIsaLimit(kel::Isa::AVX512);
-    });
-}
 
 void registerHlsHsv() {
   using namespace kb;
@@ -58,22 +45,22 @@ void registerHlsHsv() {
     };
     for (const Case8& c : cases8) {
       const std::string g = c.name + t;
-      addKel(g, 6 * px, with([&c] { c.fn(rgb.p, rgb.step, out.p, out.step, kRoi); }));
+      kb::addKelAndAvx2(g, 6 * px, with([&c] { c.fn(rgb.p, rgb.step, out.p, out.step, kRoi); }));
       add(g, "opencv", 6 * px, [&c] { cv::cvtColor(mRgb, mOut, c.code); });
       addMemcpy(g, 3 * px, 3 * px);
     }
-    addKel("RGBToHLS_16u_C3R" + t, 12 * px, with([] {
+    kb::addKelAndAvx2("RGBToHLS_16u_C3R" + t, 12 * px, with([] {
           keliRGBToHLS_16u_C3R(reinterpret_cast<const Kel16u*>(rgb16.p), rgb16.step,
                                reinterpret_cast<Kel16u*>(out16.p), out16.step, kRoi);
         }));
     addMemcpy("RGBToHLS_16u_C3R" + t, 6 * px, 6 * px);
-    addKel("RGBToHLS_32f_C3R" + t, 24 * px, with([] {
+    kb::addKelAndAvx2("RGBToHLS_32f_C3R" + t, 24 * px, with([] {
           keliRGBToHLS_32f_C3R(reinterpret_cast<const Kel32f*>(rgbF.p), rgbF.step,
                                reinterpret_cast<Kel32f*>(outF.p), outF.step, kRoi);
         }));
     add("RGBToHLS_32f_C3R" + t, "opencv", 24 * px, [] { cv::cvtColor(mRgbF, mOutF, cv::COLOR_RGB2HLS); });
     addMemcpy("RGBToHLS_32f_C3R" + t, 12 * px, 12 * px);
-    addKel("BGRToHLS_8u_C3P3R" + t, 6 * px, with([] {
+    kb::addKelAndAvx2("BGRToHLS_8u_C3P3R" + t, 6 * px, with([] {
           Kel8u* d[3] = {out.p, out.p + kW, out.p + 2 * kW};
           keliBGRToHLS_8u_C3P3R(rgb.p, rgb.step, d, out.step, kRoi);
         }));

@@ -5,22 +5,9 @@
 #include <opencv2/imgproc.hpp>
 
 #include "common.h"
-#include "frame/cpu.h"
 
 namespace {
 
-// Ours; and in the one-thread groups on an AVX-512 processor, the same call
-// held to the AVX2 path ("kel-avx2"), which is what such a processor ran
-// before the colour models had AVX-512 kernels.
-void addKel(const std::string& g, size_t bytes, std::function<void()> f) {
-  kb::add(g, "kel", bytes, f);
-  if (g.find('@') == std::string::npos && kel::cpuIsa() >= kel::Isa::AVX512)
-    kb::add(g, "kel-avx2", bytes, [f] {
-      kel::setIsaLimit(kel::Isa::AVX2);
-      f();
-      kel::setIsaLimit(kel::Isa::AVX512);
-    });
-}
 
 void registerLuvLab() {
   using namespace kb;
@@ -41,51 +28,51 @@ void registerLuvLab() {
   for (int threads : threadCounts()) {
     const std::string t = threads == 1 ? "" : "@2t";
     auto with = [threads](void (*f)()) { return withThreads(threads, f); };
-    addKel("RGBToLUV_8u_C3R" + t, 6 * px,
+    kb::addKelAndAvx2("RGBToLUV_8u_C3R" + t, 6 * px,
         with(+[] { keliRGBToLUV_8u_C3R(rgb.p, rgb.step, out.p, out.step, kRoi); }));
     add("RGBToLUV_8u_C3R" + t, "opencv", 6 * px, [] { cv::cvtColor(mRgb, mOut, cv::COLOR_RGB2Luv); });
     addMemcpy("RGBToLUV_8u_C3R" + t, 3 * px, 3 * px);
 
-    addKel("LUVToRGB_8u_C3R" + t, 6 * px,
+    kb::addKelAndAvx2("LUVToRGB_8u_C3R" + t, 6 * px,
         with(+[] { keliLUVToRGB_8u_C3R(rgb.p, rgb.step, out.p, out.step, kRoi); }));
     add("LUVToRGB_8u_C3R" + t, "opencv", 6 * px, [] { cv::cvtColor(mRgb, mOut, cv::COLOR_Luv2RGB); });
     addMemcpy("LUVToRGB_8u_C3R" + t, 3 * px, 3 * px);
 
-    addKel("RGBToLUV_32f_C3R" + t, 24 * px, with(+[] {
+    kb::addKelAndAvx2("RGBToLUV_32f_C3R" + t, 24 * px, with(+[] {
           keliRGBToLUV_32f_C3R(reinterpret_cast<const Kel32f*>(rgbF.p), rgbF.step,
                                reinterpret_cast<Kel32f*>(outF.p), outF.step, kRoi);
         }));
     add("RGBToLUV_32f_C3R" + t, "opencv", 24 * px, [] { cv::cvtColor(mRgbF, mOutF, cv::COLOR_RGB2Luv); });
     addMemcpy("RGBToLUV_32f_C3R" + t, 12 * px, 12 * px);
 
-    addKel("LUVToRGB_32f_C3R" + t, 24 * px, with(+[] {
+    kb::addKelAndAvx2("LUVToRGB_32f_C3R" + t, 24 * px, with(+[] {
           keliLUVToRGB_32f_C3R(reinterpret_cast<const Kel32f*>(luvF.p), luvF.step,
                                reinterpret_cast<Kel32f*>(outF.p), outF.step, kRoi);
         }));
     add("LUVToRGB_32f_C3R" + t, "opencv", 24 * px, [] { cv::cvtColor(mLuvF, mOutF, cv::COLOR_Luv2RGB); });
     addMemcpy("LUVToRGB_32f_C3R" + t, 12 * px, 12 * px);
 
-    addKel("RGBToLUV_16u_C3R" + t, 12 * px, with(+[] {
+    kb::addKelAndAvx2("RGBToLUV_16u_C3R" + t, 12 * px, with(+[] {
           keliRGBToLUV_16u_C3R(reinterpret_cast<const Kel16u*>(lab16.p), lab16.step,
                                reinterpret_cast<Kel16u*>(outF.p), lab16.step, kRoi);
         }));
     addMemcpy("RGBToLUV_16u_C3R" + t, 6 * px, 6 * px);
 
-    addKel("BGRToLab_8u_C3R" + t, 6 * px,
+    kb::addKelAndAvx2("BGRToLab_8u_C3R" + t, 6 * px,
         with(+[] { keliBGRToLab_8u_C3R(rgb.p, rgb.step, out.p, out.step, kRoi); }));
     add("BGRToLab_8u_C3R" + t, "opencv", 6 * px, [] { cv::cvtColor(mRgb, mOut, cv::COLOR_BGR2Lab); });
     addMemcpy("BGRToLab_8u_C3R" + t, 3 * px, 3 * px);
 
-    addKel("LabToBGR_8u_C3R" + t, 6 * px,
+    kb::addKelAndAvx2("LabToBGR_8u_C3R" + t, 6 * px,
         with(+[] { keliLabToBGR_8u_C3R(rgb.p, rgb.step, out.p, out.step, kRoi); }));
     add("LabToBGR_8u_C3R" + t, "opencv", 6 * px, [] { cv::cvtColor(mRgb, mOut, cv::COLOR_Lab2BGR); });
     addMemcpy("LabToBGR_8u_C3R" + t, 3 * px, 3 * px);
 
-    addKel("BGRToLab_8u16u_C3R" + t, 9 * px, with(+[] {
+    kb::addKelAndAvx2("BGRToLab_8u16u_C3R" + t, 9 * px, with(+[] {
           keliBGRToLab_8u16u_C3R(rgb.p, rgb.step, reinterpret_cast<Kel16u*>(lab16.p), lab16.step, kRoi);
         }));
     addMemcpy("BGRToLab_8u16u_C3R" + t, 3 * px, 6 * px);
-    addKel("LabToBGR_16u8u_C3R" + t, 9 * px, with(+[] {
+    kb::addKelAndAvx2("LabToBGR_16u8u_C3R" + t, 9 * px, with(+[] {
           keliLabToBGR_16u8u_C3R(reinterpret_cast<const Kel16u*>(lab16.p), lab16.step, out.p, out.step, kRoi);
         }));
     addMemcpy("LabToBGR_16u8u_C3R" + t, 6 * px, 3 * px);

@@ -21,6 +21,7 @@
 #include <string>
 #include <vector>
 
+#include "frame/cpu.h"
 #include "kelcc.h"
 #include "kelcore.h"
 
@@ -221,6 +222,19 @@ inline void add(const std::string& group, const std::string& impl, size_t bytes,
     b->UseManualTime();
   else
     b->UseRealTime();
+}
+
+// Ours; and in the one-thread groups on an AVX-512 processor, the same call
+// held to the AVX2 path ("kel-avx2"), what such a processor runs for the
+// families without AVX-512 kernels.
+inline void addKelAndAvx2(const std::string& g, size_t bytes, std::function<void()> f) {
+  add(g, "kel", bytes, f);
+  if (g.find('@') == std::string::npos && kel::cpuIsa() >= kel::Isa::AVX512)
+    add(g, "kel-avx2", bytes, [f] {
+      kel::setIsaLimit(kel::Isa::AVX2);
+      f();
+      kel::setIsaLimit(kel::Isa::AVX512);
+    });
 }
 
 // The memcpy line of a group: reads `srcBytes`, writes `dstBytes` (the copy
