@@ -63,13 +63,12 @@ KelStatus ownNo(const typename Dp::S* src, int srcStep, typename Dp::D* dst, int
 // table (up to 4096 evaluations, some 7 us) pays from about 80000 samples
 // on; calls below 2^17 samples keep the computed path. Both give the same
 // bytes.
-inline bool wideLookUp() { return activeVbmi(); }
 constexpr int64_t kTableMinSamples = 1 << 17;
 
 bool bayerByTable(const Kel8u* src, ptrdiff_t srcBytes, Kel8u* dst, ptrdiff_t dstBytes, KeliSize roi, Scale sc,
                   int chan) {
   const int n = samplesQuantised(chan), p = samplesInMemory(chan);
-  if (static_cast<int64_t>(roi.width) * roi.height * n < kTableMinSamples || !wideLookUp()) return false;
+  if (static_cast<int64_t>(roi.width) * roi.height * n < kTableMinSamples || !activeVbmi()) return false;
   const int rows = std::min(roi.height, 4);
   alignas(64) Kel8u table[4][4][256];
   for (int y = 0; y < rows; ++y) {

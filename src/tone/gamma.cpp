@@ -45,11 +45,9 @@ inline void mapRow(const uint8_t* s, uint8_t* d, int x, int n, bool ac4, Map&& f
 
 // ---- 8u: the constant tables --------------------------------------------------
 // The byte-permute look-up needs AVX-512 VBMI besides the AVX-512 level that
-// the processor check gives (and that a test may lower).
-inline bool wideLookUp() { return activeVbmi(); }
-
+// the processor check gives (and that a test may lower): activeVbmi().
 Chain<KernLut> lookUpChain(bool ac4) {
-  if (wideLookUp()) return {{ac4 ? avx2::kGammaKernels.lutWideAC4 : avx2::kGammaKernels.lutWide, nullptr}};
+  if (activeVbmi()) return {{ac4 ? avx2::kGammaKernels.lutWideAC4 : avx2::kGammaKernels.lutWide, nullptr}};
   return chainFor(ac4 ? &GammaKernels::lutAC4 : &GammaKernels::lut, sse41::kGammaKernels, avx2::kGammaKernels);
 }
 

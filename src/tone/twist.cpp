@@ -59,14 +59,13 @@ inline void runPixels(const Chain<TwistKern>& chain, TwistKern scalar, const Twi
 // 8u C3 rows go first through 64-pixel blocks where the processor has
 // AVX-512 VBMI (the byte permutes), then the AVX2 kernel, then the scalar
 // definition; the blocks give the bytes of the other paths.
-inline bool wideBytes() { return activeVbmi(); }
 
 template <class T, TwistLayout L>
 void myTwist(const Row3& base, int srcStep, int dstStep, KeliSize roi, const Kel32f* t) {
   const TwistMat m = localMatrix(t, 3);
   Chain<TwistKern> chain = chainOf([](const TwistKernels& k) { return k.k[Depth<T>::kId][L]; });
   if constexpr (std::is_same<T, Kel8u>::value && L == kTwC3)
-    if (wideBytes()) chain = {{avx2::kTwistKernels.c3Wide8u, chain.k[0]}};
+    if (activeVbmi()) chain = {{avx2::kTwistKernels.c3Wide8u, chain.k[0]}};
   for (int r = 0; r < roi.height; ++r)
     runPixels(chain, row3<T, L>, TwistRow{rowOf(base, srcStep, dstStep, r), &m}, roi.width);
 }
