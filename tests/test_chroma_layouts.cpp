@@ -205,9 +205,11 @@ void expectModel(const Desc& d, KeliSize roi, Images& got, Images& want) {
   const Member m = member(d);
   ASSERT_EQ(run(m, got, roi), kelStatusOk) << d.name;
   model(d, roi, got.srcPtrs(), want.dstPtrs());
-  for (size_t k = 0; k < got.dst.size(); ++k)
+  for (size_t k = 0; k < got.dst.size(); ++k) {
     ASSERT_TRUE(got.dst[k]->region() == want.dst[k]->region())
         << d.name << " plane " << k << " at " << roi.width << "x" << roi.height;
+    ASSERT_TRUE(got.dst[k]->outsideIntact()) << d.name << " plane " << k;
+  }
 }
 
 }  // namespace
@@ -224,13 +226,14 @@ TEST(ChromaLayouts, GuardsErrorsAndPaths) {
 }
 
 // Small and odd sizes around the trim, and rows longer than a few vector
-// blocks, at random offsets and padded or negative steps.
+// blocks, at random offsets and tight, padded or negative steps (tight rows
+// of the trimmed width go as one long row).
 TEST(ChromaLayouts, EveryByteFollowsTheChromaRule) {
   const KeliSize sizes[] = {{4, 2}, {5, 5}, {7, 3}, {8, 4}, {13, 6}, {33, 2}, {66, 3}, {130, 4}, {257, 5}, {300, 2}};
   uint32_t seed = 1;
   for (const Desc& d : descs())
     for (KeliSize roi : sizes)
-      for (StepMode mode : {StepMode::Padded, StepMode::Negative}) {
+      for (StepMode mode : {StepMode::Tight, StepMode::Padded, StepMode::Negative}) {
         const Member m = member(d);
         const int align = static_cast<int>(seed % 16);
         Images got = makeImages(m, roi, mode, align, seed), want = makeImages(m, roi, mode, align, seed);

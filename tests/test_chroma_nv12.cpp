@@ -201,31 +201,35 @@ const std::pair<Lay, Lay> kMoves[] = {
 
 // Luma unchanged, chroma moved, repeated or taken from the upper row of each
 // pair; the odd last row and column that trimming leaves are untouched.
+// Padded and tight rows (tight ones of an even size go as one long row).
 TEST(Nv12, MovesPlaceEverySampleOnTheTrimmedSize) {
   const std::vector<Member> ms = members();
   for (int m = 0; m < 12; ++m)
-    for (KeliSize roi : {KeliSize{2, 2}, KeliSize{5, 5}, KeliSize{38, 4}, KeliSize{97, 3}, KeliSize{130, 6}}) {
-      const auto [from, to] = kMoves[m];
-      const int w = roi.width & ~1, h = roi.height & ~1;
-      Images im = makeImages(ms[m], roi, StepMode::Padded, 3, 77 + m);
-      auto at = [](std::vector<std::unique_ptr<Guarded>>& side) {
-        return At([&side](int p, int x, int r) -> Kel8u& { return side[p]->at(x, r); });
-      };
-      Pic pc{w, h, is422(from) ? h : h / 2, std::vector<int>(w * h), {}, {}};
-      pc.cb.assign(pc.crows * (w / 2), 0), pc.cr = pc.cb;
-      walk<true>(from, at(im.src), pc);
-      // The expected bytes: the destination as it was, with the picture written.
-      Images want = makeImages(ms[m], roi, StepMode::Padded, 3, 77 + m);
-      Pic out = regrid(pc, is422(to));
-      walk<false>(to, at(want.dst), out);
-      // The 4:2:2 swaps keep every row, an odd last one too.
-      if (is422(from) && is422(to) && roi.height & 1)
-        for (int x = 0; x < 2 * w; ++x) want.dst[0]->at(x, h) = im.src[0]->at(x ^ 1, h);
-      ASSERT_EQ(run(ms[m], im, roi), kelStatusOk) << ms[m].name;
-      for (size_t k = 0; k < im.dst.size(); ++k)
-        EXPECT_TRUE(im.dst[k]->region() == want.dst[k]->region())
-            << ms[m].name << " plane " << k << " at " << roi.width << "x" << roi.height;
-    }
+    for (KeliSize roi : {KeliSize{2, 2}, KeliSize{5, 5}, KeliSize{38, 4}, KeliSize{97, 3}, KeliSize{130, 6}})
+      for (StepMode mode : {StepMode::Padded, StepMode::Tight}) {
+        const auto [from, to] = kMoves[m];
+        const int w = roi.width & ~1, h = roi.height & ~1;
+        Images im = makeImages(ms[m], roi, mode, 3, 77 + m);
+        auto at = [](std::vector<std::unique_ptr<Guarded>>& side) {
+          return At([&side](int p, int x, int r) -> Kel8u& { return side[p]->at(x, r); });
+        };
+        Pic pc{w, h, is422(from) ? h : h / 2, std::vector<int>(w * h), {}, {}};
+        pc.cb.assign(pc.crows * (w / 2), 0), pc.cr = pc.cb;
+        walk<true>(from, at(im.src), pc);
+        // The expected bytes: the destination as it was, with the picture written.
+        Images want = makeImages(ms[m], roi, mode, 3, 77 + m);
+        Pic out = regrid(pc, is422(to));
+        walk<false>(to, at(want.dst), out);
+        // The 4:2:2 swaps keep every row, an odd last one too.
+        if (is422(from) && is422(to) && roi.height & 1)
+          for (int x = 0; x < 2 * w; ++x) want.dst[0]->at(x, h) = im.src[0]->at(x ^ 1, h);
+        ASSERT_EQ(run(ms[m], im, roi), kelStatusOk) << ms[m].name;
+        for (size_t k = 0; k < im.dst.size(); ++k) {
+          EXPECT_TRUE(im.dst[k]->region() == want.dst[k]->region())
+              << ms[m].name << " plane " << k << " at " << roi.width << "x" << roi.height;
+          EXPECT_TRUE(im.dst[k]->outsideIntact()) << ms[m].name << " plane " << k;
+        }
+      }
 }
 
 // ---- the deinterlacers -------------------------------------------------------

@@ -22,8 +22,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <initializer_list>
-#include <utility>
 
 #include "frame/cpu.h"
 #include "frame/rows.h"
@@ -85,9 +83,17 @@ constexpr int quadIndex(Quad q) { return q.y0 == 1 ? 2 : (q.cb == 1 ? 0 : 1); }
 namespace {
 namespace lrow {
 
+// The bytes one unit of a move covers in each source and destination row
+// (0: plane not used). The vector forms read whole units, so a row of n
+// units covers n times these bytes.
+struct Span {
+  int s[4], d[4];
+};
+
 // ---- copies -----------------------------------------------------------------
 // n bytes: d0 = s0.
 struct Copy {
+  static constexpr Span kSpan{{1}, {1}};
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::copy;
   static void run(const RowsIO& io, int x, int n) {
     if (n > x) std::memmove(io.d[0] + x, io.s[0] + x, static_cast<size_t>(n - x));
@@ -102,6 +108,7 @@ struct CopyNt : Copy {
 // n pixel pairs: C2 s0 -> Y d0 (2n), Cb d1 (n), Cr d2 (n).
 template <const Quad& Q>
 struct C2ToP3 {
+  static constexpr Span kSpan{{4}, {2, 1, 1}};
   static constexpr RowMove (LayoutRowKernels::*kArr)[3] = &LayoutRowKernels::c2ToP3;
   static constexpr int kIdx = quadIndex(Q);
   static void run(const RowsIO& io, int x, int n) {
@@ -115,6 +122,7 @@ struct C2ToP3 {
 // n pixel pairs: the luma of C2 s0 -> d0 (2n); chroma bytes are not read.
 template <const Quad& Q>
 struct C2ToY {
+  static constexpr Span kSpan{{4}, {2}};
   static constexpr RowMove (LayoutRowKernels::*kArr)[2] = &LayoutRowKernels::c2ToY;
   static constexpr int kIdx = Q.y0;
   static void run(const RowsIO& io, int x, int n) {
@@ -127,6 +135,7 @@ struct C2ToY {
 // n pixel pairs: C2 s0 -> Y d0 (2n), Cb/Cr pairs d1 (2n).
 template <const Quad& Q>
 struct C2ToP2 {
+  static constexpr Span kSpan{{4}, {2, 2}};
   static constexpr RowMove (LayoutRowKernels::*kArr)[3] = &LayoutRowKernels::c2ToP2;
   static constexpr int kIdx = quadIndex(Q);
   static void run(const RowsIO& io, int x, int n) {
@@ -140,6 +149,7 @@ struct C2ToP2 {
 // n pixel pairs: Y s0 (2n), Cb s1 (n), Cr s2 (n) -> C2 d0.
 template <const Quad& Q, bool Nt = false>
 struct P3ToC2 {
+  static constexpr Span kSpan{{2, 1, 1}, {4}};
   static constexpr RowMove (LayoutRowKernels::*kArr)[3] = Nt ? &LayoutRowKernels::p3ToC2Nt : &LayoutRowKernels::p3ToC2;
   static constexpr int kIdx = quadIndex(Q);
   static void run(const RowsIO& io, int x, int n) {
@@ -153,6 +163,7 @@ struct P3ToC2 {
 // n pixel pairs: Y s0 (2n), Cb/Cr pairs s1 (2n) -> C2 d0.
 template <const Quad& Q, bool Nt = false>
 struct P2ToC2 {
+  static constexpr Span kSpan{{2, 2}, {4}};
   static constexpr RowMove (LayoutRowKernels::*kArr)[3] = Nt ? &LayoutRowKernels::p2ToC2Nt : &LayoutRowKernels::p2ToC2;
   static constexpr int kIdx = quadIndex(Q);
   static void run(const RowsIO& io, int x, int n) {
@@ -168,6 +179,7 @@ struct P2ToC2 {
 // and 1 and bytes 2 and 3 (YCbCr <-> CbYCr).
 template <int P, bool Nt = false>
 struct PermC2 {
+  static constexpr Span kSpan{{4}, {4}};
   static constexpr RowMove (LayoutRowKernels::*kArr)[2] = Nt ? &LayoutRowKernels::permC2Nt : &LayoutRowKernels::permC2;
   static constexpr int kIdx = P;
   static void run(const RowsIO& io, int x, int n) {
@@ -184,6 +196,7 @@ struct PermC2 {
 // ---- interleaved chroma pairs <-> two planes -------------------------------------
 // n pairs: pairs s0 (2n) -> first bytes d0 (n), second bytes d1 (n).
 struct SplitPairs {
+  static constexpr Span kSpan{{2}, {1, 1}};
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::splitPairs;
   static void run(const RowsIO& io, int x, int n) {
     for (; x < n; ++x) io.d[0][x] = io.s[0][2 * x], io.d[1][x] = io.s[0][2 * x + 1];
@@ -191,6 +204,7 @@ struct SplitPairs {
 };
 // n samples: s0, s1 -> d0 (2n) as s0[0] s1[0] s0[1] s1[1] ...
 struct ZipBytes {
+  static constexpr Span kSpan{{1, 1}, {2}};
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::zipBytes;
   static void run(const RowsIO& io, int x, int n) {
     for (; x < n; ++x) io.d[0][2 * x] = io.s[0][x], io.d[0][2 * x + 1] = io.s[1][x];
@@ -200,6 +214,7 @@ struct ZipBytes {
 // ---- even columns (4:2:2 -> 4:1:1) -----------------------------------------------
 // n outputs: d0[j] = s0[2j]. The vector form reads all 2n source bytes.
 struct EvenBytes {
+  static constexpr Span kSpan{{2}, {1}};
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::evenBytes;
   static void run(const RowsIO& io, int x, int n) {
     for (; x < n; ++x) io.d[0][x] = io.s[0][2 * x];
@@ -209,6 +224,7 @@ struct EvenBytes {
 // the chroma of the group's first pixel pair stays.
 template <const Quad& Q>
 struct C2ToP3Even {
+  static constexpr Span kSpan{{8}, {4, 1, 1}};
   static constexpr RowMove (LayoutRowKernels::*kArr)[3] = &LayoutRowKernels::c2ToP3Even;
   static constexpr int kIdx = quadIndex(Q);
   static void run(const RowsIO& io, int x, int n) {
@@ -223,6 +239,7 @@ struct C2ToP3Even {
 // n groups of four pixels: C2 s0 (8n) -> Y d0 (4n), Cb/Cr pairs d1 (2n).
 template <const Quad& Q, bool Nt = false>
 struct C2ToP2Even {
+  static constexpr Span kSpan{{8}, {4, 2}};
   static constexpr RowMove (LayoutRowKernels::*kArr)[3] =
       Nt ? &LayoutRowKernels::c2ToP2EvenNt : &LayoutRowKernels::c2ToP2Even;
   static constexpr int kIdx = quadIndex(Q);
@@ -238,6 +255,7 @@ struct C2ToP2Even {
 // n pairs: d0[2j] = s0[2j], d0[2j+1] = s1[2j] (the even samples of two planes
 // as pairs). The vector form reads all 2n bytes of each source.
 struct ZipEvenBytes {
+  static constexpr Span kSpan{{2, 2}, {2}};
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::zipEvenBytes;
   static void run(const RowsIO& io, int x, int n) {
     for (; x < n; ++x) io.d[0][2 * x] = io.s[0][2 * x], io.d[0][2 * x + 1] = io.s[1][2 * x];
@@ -247,6 +265,7 @@ struct ZipEvenBytes {
 // ---- column repeat (4:1:1 -> 4:2:2) ------------------------------------------------
 // n inputs: d0[2j] = d0[2j+1] = s0[j].
 struct DupBytes {
+  static constexpr Span kSpan{{1}, {2}};
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::dupBytes;
   static void run(const RowsIO& io, int x, int n) {
     for (; x < n; ++x) io.d[0][2 * x] = io.d[0][2 * x + 1] = io.s[0][x];
@@ -254,6 +273,7 @@ struct DupBytes {
 };
 // n pairs: pairs s0 (2n) -> first bytes twice each d0 (2n), second d1 (2n).
 struct SplitPairsDup {
+  static constexpr Span kSpan{{2}, {2, 2}};
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::splitPairsDup;
   static void run(const RowsIO& io, int x, int n) {
     for (; x < n; ++x) {
@@ -266,6 +286,7 @@ struct SplitPairsDup {
 // each chroma sample serving both pixel pairs of its group.
 template <const Quad& Q, bool Nt = false>
 struct P3ToC2Dup {
+  static constexpr Span kSpan{{4, 1, 1}, {8}};
   static constexpr RowMove (LayoutRowKernels::*kArr)[3] =
       Nt ? &LayoutRowKernels::p3ToC2DupNt : &LayoutRowKernels::p3ToC2Dup;
   static constexpr int kIdx = quadIndex(Q);
@@ -282,6 +303,7 @@ struct P3ToC2Dup {
 // n groups of four pixels: Y s0 (4n), Cb/Cr pairs s1 (2n) -> C2 d0 (8n).
 template <const Quad& Q, bool Nt = false>
 struct P2ToC2Dup {
+  static constexpr Span kSpan{{4, 2}, {8}};
   static constexpr RowMove (LayoutRowKernels::*kArr)[3] =
       Nt ? &LayoutRowKernels::p2ToC2DupNt : &LayoutRowKernels::p2ToC2Dup;
   static constexpr int kIdx = quadIndex(Q);
@@ -301,6 +323,7 @@ struct P2ToC2Dup {
 // second bytes d1 (2n each), upper and lower samples alternating:
 // d0[2j] = s0[2j], d0[2j+1] = s1[2j], d1[2j] = s0[2j+1], d1[2j+1] = s1[2j+1].
 struct FoldPairs {
+  static constexpr Span kSpan{{2, 2}, {2, 2}};
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::foldPairs;
   static void run(const RowsIO& io, int x, int n) {
     for (; x < n; ++x) {
@@ -311,6 +334,7 @@ struct FoldPairs {
 };
 // n samples: s0, s1, s2, s3 -> d0 (4n) as s0[j] s1[j] s2[j] s3[j] ...
 struct Zip4 {
+  static constexpr Span kSpan{{1, 1, 1, 1}, {4}};
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::zip4;
   static void run(const RowsIO& io, int x, int n) {
     for (; x < n; ++x) {
@@ -321,6 +345,7 @@ struct Zip4 {
 };
 // n samples: the inverse of Zip4, s0 (4n) -> d0, d1, d2, d3.
 struct Unzip4 {
+  static constexpr Span kSpan{{4}, {1, 1, 1, 1}};
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::unzip4;
   static void run(const RowsIO& io, int x, int n) {
     for (; x < n; ++x) {
@@ -333,6 +358,7 @@ struct Unzip4 {
 // samples into d0 and the odd ones into d1:
 // d0[2j] = s0[2j], d0[2j+1] = s1[2j], d1[2j] = s0[2j+1], d1[2j+1] = s1[2j+1].
 struct UnfoldPairs {
+  static constexpr Span kSpan{{2, 2}, {2, 2}};
   static constexpr RowMove LayoutRowKernels::*kVec = &LayoutRowKernels::unfoldPairs;
   static void run(const RowsIO& io, int x, int n) {
     for (; x < n; ++x) {
@@ -358,12 +384,46 @@ struct VecOf<M, decltype(void(M::kVec))> {
 
 }  // namespace lrow
 
+// h rows of `bytes` bytes `step` apart lie end to end when the step is the
+// row's bytes; as one row their count must still fit an int (at most 2^30
+// bytes a plane here).
+inline bool rowsEndToEnd(int step, int64_t bytes, int h) {
+  return step == bytes && bytes * h <= (int64_t(1) << 30);
+}
+
 // A move bound to the kernels of the active path: picked once per call,
 // then applied to any number of rows.
 template <class M>
 struct Mover {
   Chain<RowMove> chain;
   void operator()(const RowsIO& io, int n) const { M::run(io, runChain(chain, io, 0, n), n); }
+  // Rows r = 0 .. h-1 of n units: source rows r * sRows and destination rows
+  // r * dRows of every plane the move uses. Where each row walked is exactly
+  // the bytes its row covers and the next row follows it directly (every
+  // step equal to those bytes, rows taken one by one), the h rows are one
+  // row of n * h units: each output byte is the input byte of the same unit,
+  // wherever a row ends, so the bytes are those of the row walk.
+  void rows(const RowsIO& base, const int* ss, const int* ds, int h, int n, int sRows = 1, int dRows = 1) const {
+    if (h < 1 || n < 1) return;
+    if (sRows == 1 && dRows == 1 && endToEnd(ss, ds, h, n)) return (*this)(base, n * h);
+    RowsIO io{};
+    for (int r = 0; r < h; ++r) {
+      for (int i = 0; i < 4; ++i) {
+        if (M::kSpan.s[i]) io.s[i] = rowAt(base.s[i], ss[i], r * sRows);
+        if (M::kSpan.d[i]) io.d[i] = rowAt(base.d[i], ds[i], r * dRows);
+      }
+      (*this)(io, n);
+    }
+  }
+
+ private:
+  static bool endToEnd(const int* ss, const int* ds, int h, int n) {
+    for (int i = 0; i < 4; ++i) {
+      if (M::kSpan.s[i] && !rowsEndToEnd(ss[i], int64_t(M::kSpan.s[i]) * n, h)) return false;
+      if (M::kSpan.d[i] && !rowsEndToEnd(ds[i], int64_t(M::kSpan.d[i]) * n, h)) return false;
+    }
+    return true;
+  }
 };
 template <class M>
 inline Mover<M> mover() {
@@ -378,34 +438,23 @@ inline Mover<M> mover() {
 inline void storeFence() { _mm_sfence(); }
 
 // ---- whole planes ------------------------------------------------------------
-// Where every plane's step is exactly its row's bytes, the rows lie end to
-// end and go as one long row (whose count must still fit an int). No rows
-// (the members that do not examine the height take any) is no block.
-inline bool endToEnd(std::initializer_list<std::pair<int, int>> stepAndBytes, int rows) {
-  if (rows < 1) return false;
-  for (auto [step, bytes] : stepAndBytes)
-    if (step != bytes || static_cast<int64_t>(bytes) * rows > (1 << 30)) return false;
-  return true;
-}
 // A plane of w bytes by h rows. One whose rows lie end to end is one block
 // for the C library's copy, which picks its own best way for large blocks.
 inline void copyPlane(const uint8_t* s, int ss, uint8_t* d, int ds, int w, int h) {
-  if (endToEnd({{ss, w}, {ds, w}}, h)) return void(std::memcpy(d, s, static_cast<size_t>(w) * h));
-  const auto mv = mover<lrow::Copy>();
-  for (int r = 0; r < h; ++r) mv({{rowAt(s, ss, r)}, {rowAt(d, ds, r)}}, w);
+  if (h > 0 && rowsEndToEnd(ss, w, h) && rowsEndToEnd(ds, w, h))
+    return void(std::memcpy(d, s, static_cast<size_t>(w) * h));
+  mover<lrow::Copy>().rows({{s}, {d}}, &ss, &ds, h, w);
 }
 // Interleaved chroma pairs (n a row) to two planes: `first` takes the first
 // byte of each pair, `second` the other.
 inline void splitChroma(const uint8_t* c, int cs, uint8_t* first, int fs, uint8_t* second, int ss, int n, int rows) {
-  const auto mv = mover<lrow::SplitPairs>();
-  if (endToEnd({{cs, 2 * n}, {fs, n}, {ss, n}}, rows)) return mv({{c}, {first, second}}, n * rows);
-  for (int k = 0; k < rows; ++k) mv({{rowAt(c, cs, k)}, {rowAt(first, fs, k), rowAt(second, ss, k)}}, n);
+  const int src[1] = {cs}, dst[2] = {fs, ss};
+  mover<lrow::SplitPairs>().rows({{c}, {first, second}}, src, dst, rows, n);
 }
 // Two planes to interleaved chroma pairs, the byte of `first` first.
 inline void zipChroma(const uint8_t* first, int fs, const uint8_t* second, int ss, uint8_t* c, int cs, int n, int rows) {
-  const auto mv = mover<lrow::ZipBytes>();
-  if (endToEnd({{fs, n}, {ss, n}, {cs, 2 * n}}, rows)) return mv({{first, second}, {c}}, n * rows);
-  for (int k = 0; k < rows; ++k) mv({{rowAt(first, fs, k), rowAt(second, ss, k)}, {rowAt(c, cs, k)}}, n);
+  const int src[2] = {fs, ss}, dst[1] = {cs};
+  mover<lrow::ZipBytes>().rows({{first, second}, {c}}, src, dst, rows, n);
 }
 
 }  // namespace

@@ -93,15 +93,7 @@ void ownLumaRows(const uint8_t* s, int ss, uint8_t* d, int ds, KeliSize t, bool 
 // rows r * sRows and destination rows r * dRows of every plane.
 template <class M>
 void ownRows(const RowsIO& base, const int* ss, const int* ds, int h, int n, int sRows = 1, int dRows = 1) {
-  const auto mv = mover<M>();
-  forRows(h, [&](int r) {
-    RowsIO io{};
-    for (int i = 0; i < 4; ++i) {
-      if (base.s[i]) io.s[i] = rowAt(base.s[i], ss[i], r * sRows);
-      if (base.d[i]) io.d[i] = rowAt(base.d[i], ds[i], r * dRows);
-    }
-    mv(io, n);
-  });
+  mover<M>().rows(base, ss, ds, h, n, sRows, dRows);
 }
 // The same with streaming stores and a fence at the end when `stream`.
 template <class Plain, class Streamed>

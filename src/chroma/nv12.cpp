@@ -114,8 +114,7 @@ void myYV12ToC2(const Kel8u* const src[3], const int ss[3], Kel8u* dst, int ds, 
 // YUY2 <-> UYVY: the bytes of each pair exchanged, every row.
 template <bool Nt>
 void mySwapRows(const Kel8u* src, int ss, Kel8u* dst, int ds, int w, int h) {
-  const auto mv = mover<PermC2<1, Nt>>();
-  forRows(h, [&](int r) { mv({{rowAt(src, ss, r)}, {rowAt(dst, ds, r)}}, w >> 1); });
+  mover<PermC2<1, Nt>>().rows({{src}, {dst}}, &ss, &ds, h, w >> 1);
   if (Nt) storeFence();
 }
 void mySwap(const Kel8u* src, int ss, Kel8u* dst, int ds, KeliSize roi) {

@@ -52,12 +52,15 @@ struct Chain {
   K k[3] = {nullptr, nullptr, nullptr};
 };
 // Runs the kernels of a chain from column x, each while its blocks fit
-// below n; returns the column where the scalar definition takes over.
+// below n; returns the column where the scalar definition takes over. A
+// kernel is not called once the row is done (a kernel at x == n does
+// nothing): on short rows the call of a narrower kernel that has nothing
+// left is a good part of the row's cost.
 namespace {
 template <class K, class IO>
 inline int runChain(const Chain<K>& chain, const IO& io, int x, int n) {
   for (K k : chain.k)
-    if (k) x = k(io, x, n);
+    if (k && x < n) x = k(io, x, n);
   return x;
 }
 }  // namespace
