@@ -205,15 +205,18 @@ int p2ToC2(const RowsIO& io, int x, int n) {
   }
   return x;
 }
+// The exchange stays inside each pixel pair, so whole vectors of
+// contiguous bytes go through one mask: full-width loads and stores.
 template <int P, bool Nt>
 int permC2(const RowsIO& io, int x, int n) {
   const v m = V::bcast(kPerm[P].b);
+  constexpr int W = 16 * L;  // bytes of a vector
   for (; x + 16 * L <= n; x += 16 * L) {
     const uint8_t* s = io.s[0] + 4 * x;
     uint8_t* d = io.d[0] + 4 * x;
-    const v a = V::load<64>(s), b = V::load<64>(s + 16), c = V::load<64>(s + 32), e = V::load<64>(s + 48);
-    putS<64, Nt>(d, V::shuffle8(a, m)), putS<64, Nt>(d + 16, V::shuffle8(b, m));
-    putS<64, Nt>(d + 32, V::shuffle8(c, m)), putS<64, Nt>(d + 48, V::shuffle8(e, m));
+    const v a = V::load<16>(s), b = V::load<16>(s + W), c = V::load<16>(s + 2 * W), e = V::load<16>(s + 3 * W);
+    put<Nt>(d, V::shuffle8(a, m)), put<Nt>(d + W, V::shuffle8(b, m));
+    put<Nt>(d + 2 * W, V::shuffle8(c, m)), put<Nt>(d + 3 * W, V::shuffle8(e, m));
   }
   return x;
 }
