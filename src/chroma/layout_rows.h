@@ -76,6 +76,9 @@ extern const LayoutRowKernels kLayoutRows;
 namespace avx2 {
 extern const LayoutRowKernels kLayoutRows;
 }
+namespace avx512 {
+extern const LayoutRowKernels kLayoutRows;
+}
 
 // Index of a C2 byte order in the kernel arrays.
 constexpr int quadIndex(Quad q) { return q.y0 == 1 ? 2 : (q.cb == 1 ? 0 : 1); }
@@ -425,12 +428,16 @@ struct Mover {
     return true;
   }
 };
+// The AVX-512 table holds few moves: the chain keeps the kernels that exist,
+// widest first, with no empty entry in front.
 template <class M>
 inline Mover<M> mover() {
-  const Isa isa = activeIsa();
+  auto pick = [](const LayoutRowKernels& t) { return lrow::VecOf<M>::get(t); };
+  const Chain<RowMove> all = chainOf(pick, sse41::kLayoutRows, avx2::kLayoutRows, avx512::kLayoutRows);
   Mover<M> m;
-  if (isa >= Isa::AVX2) m.chain = {{lrow::VecOf<M>::get(avx2::kLayoutRows), lrow::VecOf<M>::get(sse41::kLayoutRows)}};
-  else if (isa >= Isa::SSE41) m.chain = {{lrow::VecOf<M>::get(sse41::kLayoutRows), nullptr}};
+  int j = 0;
+  for (RowMove k : all.k)
+    if (k) m.chain.k[j++] = k;
   return m;
 }
 
