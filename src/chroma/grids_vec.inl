@@ -68,14 +68,17 @@ int mixFromC2K(const GridIO& io, int x, int n) {
 int mixToC2K(const GridIO& io, int x, int n) {
   const v w = weights(io);
   const GridIO q = io;
+  // Contiguous runs throughout (zip8), so that every store is full-width.
   for (; x + 16 * L <= n; x += 16 * L) {
     const v cb = mix(V::load<16>(q.s[1] + x), V::load<16>(q.s[2] + x), w);
     const v cr = mix(V::load<16>(q.s[3] + x), V::load<16>(q.s[4] + x), w);
-    const v y0 = V::load<32>(q.s[0] + 2 * x), y1 = V::load<32>(q.s[0] + 2 * x + 16);
-    const v plo = V::unpacklo8(cb, cr), phi = V::unpackhi8(cb, cr);  // Cb Cr pairs
+    v p0, p1, lo, hi;
+    zip8(cb, cr, p0, p1);  // Cb Cr pairs
     uint8_t* p = q.d[0] + 4 * x;
-    V::store<64>(p, V::unpacklo8(plo, y0)), V::store<64>(p + 16, V::unpackhi8(plo, y0));
-    V::store<64>(p + 32, V::unpacklo8(phi, y1)), V::store<64>(p + 48, V::unpackhi8(phi, y1));
+    zip8(p0, V::load<16>(q.s[0] + 2 * x), lo, hi);
+    V::store<16>(p, lo), V::store<16>(p + 16 * L, hi);
+    zip8(p1, V::load<16>(q.s[0] + 2 * x + 16 * L), lo, hi);
+    V::store<16>(p + 32 * L, lo), V::store<16>(p + 48 * L, hi);
   }
   return x;
 }

@@ -173,14 +173,13 @@ int c2ToP2(const RowsIO& io, int x, int n) {
 // contiguous bytes of C2.
 template <int Q, bool Nt>
 inline void storeC2(uint8_t* p, v y, v pr) {
-  const bool lumaFirst = kQuads[Q].y0 == 0;
   v lo, hi;
-  V::interleaveLanes(lumaFirst ? V::unpacklo8(y, pr) : V::unpacklo8(pr, y),
-                     lumaFirst ? V::unpackhi8(y, pr) : V::unpackhi8(pr, y), lo, hi);
+  if constexpr (kQuads[Q].y0 == 0) zip8(y, pr, lo, hi);
+  else zip8(pr, y, lo, hi);
   put<Nt>(p, lo), put<Nt>(p + 16 * L, hi);
 }
 // Two planes' bytes as contiguous pairs: p0 the first 8 * kLanes pairs.
-inline void zipPairs(v a, v b, v& p0, v& p1) { V::interleaveLanes(V::unpacklo8(a, b), V::unpackhi8(a, b), p0, p1); }
+inline void zipPairs(v a, v b, v& p0, v& p1) { zip8(a, b, p0, p1); }
 inline v swapPairs(v p) { return V::or_(V::slli16<8>(p), V::srli16<8>(p)); }
 
 template <int Q, bool Nt>

@@ -670,6 +670,13 @@ inline void storeC4(uint8_t* p, V::v c0, V::v c1, V::v c2, V::v c3) {
   V::store<64>(p + 48, V::unpackhi16(t1, t3));
 }
 
+// Two runs of 16 * kLanes contiguous bytes zipped, a byte of a first: the
+// first 32 * kLanes bytes of the result in lo, the rest in hi, each run of
+// contiguous bytes again (for full-width stores).
+inline void zip8(V::v a, V::v b, V::v& lo, V::v& hi) {
+  V::interleaveLanes(V::unpacklo8(a, b), V::unpackhi8(a, b), lo, hi);
+}
+
 // Widening of 16 bytes per lane into two vectors of 16-bit values, and the
 // same with the byte in the high half (x << 8).
 inline void widen(V::v x, V::v& lo, V::v& hi) {
