@@ -432,12 +432,15 @@ struct Mover {
 // widest first, with no empty entry in front.
 template <class M>
 inline Mover<M> mover() {
-  auto pick = [](const LayoutRowKernels& t) { return lrow::VecOf<M>::get(t); };
-  const Chain<RowMove> all = chainOf(pick, sse41::kLayoutRows, avx2::kLayoutRows, avx512::kLayoutRows);
+  const Isa isa = activeIsa();
   Mover<M> m;
   int j = 0;
-  for (RowMove k : all.k)
-    if (k) m.chain.k[j++] = k;
+  auto add = [&](const LayoutRowKernels& t) {
+    if (RowMove k = lrow::VecOf<M>::get(t)) m.chain.k[j++] = k;
+  };
+  if (isa >= Isa::AVX512) add(avx512::kLayoutRows);
+  if (isa >= Isa::AVX2) add(avx2::kLayoutRows);
+  if (isa >= Isa::SSE41) add(sse41::kLayoutRows);
   return m;
 }
 
