@@ -138,14 +138,18 @@ void ownFold(const RowsIO& base, const int* ss, const int* ds, int pairs, int n,
 }
 
 // Chroma row k of each 4:2:0 plane into rows 2k and 2k + 1: the same move
-// twice, with the destination rows taken two at a time.
+// twice in a row, the second time from a source row still in the cache.
 template <class M>
 void ownRowRepeat(const RowsIO& base, const int* ss, const int* ds, KeliSize t) {
-  RowsIO odd = base;
-  for (int i = 0; i < 4; ++i)
-    if (odd.d[i]) odd.d[i] = rowAt(odd.d[i], ds[i], 1);
-  ownRows<M>(base, ss, ds, t.height >> 1, t.width >> 1, 1, 2);
-  ownRows<M>(odd, ss, ds, t.height >> 1, t.width >> 1, 1, 2);
+  const auto mv = mover<M>();
+  forRows(t.height & ~1, [&](int r) {
+    RowsIO io{};
+    for (int i = 0; i < 4; ++i) {
+      if (M::kSpan.s[i]) io.s[i] = rowAt(base.s[i], ss[i], r >> 1);
+      if (M::kSpan.d[i]) io.d[i] = rowAt(base.d[i], ds[i], r);
+    }
+    mv(io, t.width >> 1);
+  });
 }
 
 struct Steps4 {
