@@ -522,6 +522,26 @@ struct V {
 };
 #endif
 
+// ---- byte masks ---------------------------------------------------------------
+// The outcome of a byte comparison as the path holds it best: a vector of
+// 0 / FF bytes on SSE4.1 and AVX2, a mask register on AVX-512 (so that
+// selections don't go through vpmovm2b / vpmovb2m).
+#if KEL_ISA == KEL_ISA_AVX512
+using m8 = __mmask64;
+inline m8 eq8m(V::v a, V::v b) { return _mm512_cmpeq_epi8_mask(a, b); }
+inline m8 mor8(m8 a, m8 b) { return _kor_mask64(a, b); }
+inline m8 mandn8(m8 a, m8 b) { return _kandn_mask64(a, b); }  // b and not a
+inline V::v sel8(m8 m, V::v a, V::v b) { return _mm512_mask_blend_epi8(m, a, b); }  // m ? b : a
+inline V::v zeroIf8(m8 m, V::v a) { return _mm512_maskz_mov_epi8(_knot_mask64(m), a); }
+#else
+using m8 = V::v;
+inline m8 eq8m(V::v a, V::v b) { return V::cmpeq8(a, b); }
+inline m8 mor8(m8 a, m8 b) { return V::or_(a, b); }
+inline m8 mandn8(m8 a, m8 b) { return V::andnot(a, b); }
+inline V::v sel8(m8 m, V::v a, V::v b) { return V::blend8(a, b, m); }
+inline V::v zeroIf8(m8 m, V::v a) { return V::andnot(m, a); }
+#endif
+
 #if KEL_ISA == KEL_ISA_AVX512
 // ---- AVX-512 VBMI: three-byte pixels by byte permutes across the register ----
 // The channel vectors of 64 pixels are the lane model's own (lane k holds
@@ -689,6 +709,27 @@ inline void widen32(V::v x, V::v q[4]) {
   q[2] = V::unpacklo16(hi, V::zero()), q[3] = V::unpackhi16(hi, V::zero());
 }
 inline V::v narrow32(const V::v q[4]) { return V::packus16(V::packs32(q[0], q[1]), V::packs32(q[2], q[3])); }
+
+// A four-way split of bytes into 32-bit values for float cores that don't
+// care which pixels share a vector, by whatever is cheapest on the path: on
+// AVX-512, whose shuffles have one port against two for shifts, q[i] holds
+// bytes 4k + i (shifts and masks); elsewhere it is widen32. joinBytes32 is
+// its inverse for values in 0..255, with no saturation; a lane holding the
+// conversions' invalid-value result 0x80000000 gives 0 on every path.
+#if KEL_ISA == KEL_ISA_AVX512
+inline void splitBytes32(V::v x, V::v q[4]) {
+  const V::v ff = V::set32(0xFF);
+  q[0] = V::and_(x, ff), q[1] = V::and_(V::srli32<8>(x), ff);
+  q[2] = V::and_(V::srli32<16>(x), ff), q[3] = V::srli32<24>(x);
+}
+inline V::v joinBytes32(const V::v q[4]) {
+  const V::v lo = V::and_(q[0], V::set32(0xFF));  // the shifts push the other lanes' top bit out
+  return V::or_(V::or_(lo, V::slli32<8>(q[1])), V::or_(V::slli32<16>(q[2]), V::slli32<24>(q[3])));
+}
+#else
+inline void splitBytes32(V::v x, V::v q[4]) { widen32(x, q); }
+inline V::v joinBytes32(const V::v q[4]) { return narrow32(q); }
+#endif
 
 // ---- three-channel rows (see frame/pixel3.h) ---------------------------------
 template <Lay L>
