@@ -55,21 +55,6 @@ inline void runPixels(const Chain<TwistKern>& chain, TwistKern scalar, const Twi
   scalar(io, runChain(chain, io, 0, n), n);
 }
 
-// The row driver of the 3 x 4 members: one call per row, top to bottom.
-// 8u C3 rows go first through 64-pixel blocks where the processor has
-// AVX-512 VBMI (the byte permutes), then the AVX2 kernel, then the scalar
-// definition; the blocks give the bytes of the other paths.
-
-template <class T, TwistLayout L>
-void myTwist(const Row3& base, int srcStep, int dstStep, KeliSize roi, const Kel32f* t) {
-  const TwistMat m = localMatrix(t, 3);
-  Chain<TwistKern> chain = chainOf([](const TwistKernels& k) { return k.k[Depth<T>::kId][L]; });
-  if constexpr (std::is_same<T, Kel8u>::value && L == kTwC3)
-    if (activeVbmi()) chain = {{avx2::kTwistKernels.c3Wide8u, chain.k[0]}};
-  for (int r = 0; r < roi.height; ++r)
-    runPixels(chain, row3<T, L>, TwistRow{rowOf(base, srcStep, dstStep, r), &m}, roi.width);
-}
-
 // A run of more pixels than an int counts is handed on in pieces: every
 // pixel has the same formula, so the pieces give the bytes of one run.
 template <class F>
@@ -82,6 +67,31 @@ void forRun(int64_t n, int bytesPerPixelIn, int bytesPerPixelOut, const TwistRow
     piece.p.s[0] += kPiece * bytesPerPixelIn;
     piece.p.d[0] += kPiece * bytesPerPixelOut;
   }
+}
+
+// The row driver of the 3 x 4 members: one run per row, top to bottom; an
+// interleaved image whose rows follow each other with no gap on both sides
+// is one run (every pixel has the same formula, so this only saves the
+// per-row start-up, which dominates small images). 8u C3 runs go first
+// through 64-pixel blocks where the processor has AVX-512 VBMI (the byte
+// permutes), then the AVX2 kernel, then the scalar definition; the blocks
+// give the bytes of the other paths.
+template <class T, TwistLayout L>
+void myTwist(const Row3& base, int srcStep, int dstStep, KeliSize roi, const Kel32f* t) {
+  const TwistMat m = localMatrix(t, 3);
+  Chain<TwistKern> chain = chainOf([](const TwistKernels& k) { return k.k[Depth<T>::kId][L]; });
+  if constexpr (std::is_same<T, Kel8u>::value && L == kTwC3)
+    if (activeVbmi()) chain = {{avx2::kTwistKernels.c3Wide8u, chain.k[0]}};
+  if constexpr (L != kTwP3) {
+    constexpr int kPx = (L == kTwC3 ? 3 : 4) * static_cast<int>(sizeof(T));
+    if (srcStep == dstStep && int64_t(srcStep) == int64_t(roi.width) * kPx) {
+      forRun(int64_t(roi.width) * roi.height, kPx, kPx, TwistRow{base, &m},
+             [&](const TwistRow& io, int n) { runPixels(chain, row3<T, L>, io, n); });
+      return;
+    }
+  }
+  for (int r = 0; r < roi.height; ++r)
+    runPixels(chain, row3<T, L>, TwistRow{rowOf(base, srcStep, dstStep, r), &m}, roi.width);
 }
 
 // 32f C3 (not in place): rows that follow each other with no gap on both

@@ -169,6 +169,7 @@ int kern8Run(const TwistRow& row, int x, int n) {
 }
 template <class T, int L>
 int kern8(const TwistRow& row, int x, int n) {
+  if (x + 16 * V::kLanes > n) return x;  // no block: skip the set-up (a row's narrower kernels land here)
   return boundedSums<T>(*row.m) ? kern8Run<T, L, true>(row, x, n) : kern8Run<T, L, false>(row, x, n);
 }
 
@@ -263,6 +264,7 @@ int kernWRun(const TwistRow& row, int x, int n) {
 }
 template <class T, int L, bool Nt = false>
 int kernW(const TwistRow& row, int x, int n) {
+  if (x + 4 * F::kLanes > n) return x;
   if constexpr (!std::is_same<T, Kel32f>::value)
     if (boundedSums<T>(*row.m)) return kernWRun<T, L, Nt, true>(row, x, n);
   return kernWRun<T, L, Nt, false>(row, x, n);
@@ -347,6 +349,7 @@ KEL_WIDE_TARGET int wide8uC3Run(const TwistRow& row, int x, int n) {
   return x;
 }
 int wide8uC3(const TwistRow& row, int x, int n) {
+  if (x + 64 > n) return x;
   return boundedSums<Kel8u>(*row.m) ? wide8uC3Run<true>(row, x, n) : wide8uC3Run<false>(row, x, n);
 }
 #if defined(__GNUC__) && !defined(__clang__)
