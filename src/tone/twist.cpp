@@ -55,6 +55,13 @@ inline void runPixels(const Chain<TwistKern>& chain, TwistKern scalar, const Twi
   scalar(io, runChain(chain, io, 0, n), n);
 }
 
+// 32f C3 without streaming stores: 16-pixel blocks first where the processor
+// has AVX-512 (the blocks give the bytes of the other paths).
+Chain<TwistKern> wide32f(const Chain<TwistKern>& chain) {
+  if (activeIsa() < Isa::AVX512) return chain;
+  return {{avx2::kTwistKernels.c3Wide32f, chain.k[0], chain.k[1]}};
+}
+
 // A run of more pixels than an int counts is handed on in pieces: every
 // pixel has the same formula, so the pieces give the bytes of one run.
 template <class F>
@@ -82,6 +89,7 @@ void myTwist(const Row3& base, int srcStep, int dstStep, KeliSize roi, const Kel
   Chain<TwistKern> chain = chainOf([](const TwistKernels& k) { return k.k[Depth<T>::kId][L]; });
   if constexpr (std::is_same<T, Kel8u>::value && L == kTwC3)
     if (activeVbmi()) chain = {{avx2::kTwistKernels.c3Wide8u, chain.k[0]}};
+  if constexpr (std::is_same<T, Kel32f>::value && L == kTwC3) chain = wide32f(chain);
   if constexpr (L != kTwP3) {
     constexpr int kPx = (L == kTwC3 ? 3 : 4) * static_cast<int>(sizeof(T));
     if (srcStep == dstStep && int64_t(srcStep) == int64_t(roi.width) * kPx) {
@@ -103,7 +111,7 @@ void myTwist32fC3(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, Keli
   const int64_t w = roi.width, h = roi.height;
   const bool nt = w * 3 * h >= 34993;
   const Chain<TwistKern> chain = nt ? chainOf([](const TwistKernels& k) { return k.c3Nt; })
-                                    : chainOf([](const TwistKernels& k) { return k.k[kTw32f][kTwC3]; });
+                                    : wide32f(chainOf([](const TwistKernels& k) { return k.k[kTw32f][kTwC3]; }));
   const Row3 base{{reinterpret_cast<const uint8_t*>(src)}, {reinterpret_cast<uint8_t*>(dst)}};
   if (srcStep == dstStep && int64_t(srcStep) == w * 12) {
     forRun(w * h, 12, 12, TwistRow{base, &m},
