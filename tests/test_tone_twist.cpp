@@ -377,16 +377,20 @@ TEST(ToneTwist, ContiguousRowsGiveThePaddedResult) {
         return ch == 3 ? keliColorTwist_32f_C3R(s, sStep, d, dStep, roi, rows(m))
                        : keliColorTwist_32f_C4R(s, sStep, d, dStep, roi, reinterpret_cast<M34>(m->data()));
       };
-      for (int off : {0, 1}) {  // pointers on and off 16-byte boundaries
-        ASSERT_EQ(call(src.data() + off, 4 * row, a.data() + off, 4 * row), kelStatusOk);
-        {
-          IsaScope scalar(kel::Isa::Scalar);
-          ASSERT_EQ(call(src.data() + off, 4 * row, b.data() + off, 4 * pad), kelStatusOk);
+      for (int off : {0, 1})  // pointers on and off 16-byte boundaries
+        for (kel::Isa isa : paths()) {  // AVX-512 keeps plain stores; AVX2 streams them
+          {
+            IsaScope path(isa);
+            ASSERT_EQ(call(src.data() + off, 4 * row, a.data() + off, 4 * row), kelStatusOk);
+          }
+          {
+            IsaScope scalar(kel::Isa::Scalar);
+            ASSERT_EQ(call(src.data() + off, 4 * row, b.data() + off, 4 * pad), kelStatusOk);
+          }
+          for (int y = 0; y < h; ++y)
+            ASSERT_EQ(std::memcmp(&a[off + size_t(y) * row], &b[off + size_t(y) * pad], 4 * row), 0)
+                << ch << " channels, row " << y << ", path " << int(isa);
         }
-        for (int y = 0; y < h; ++y)
-          ASSERT_EQ(std::memcmp(&a[off + size_t(y) * row], &b[off + size_t(y) * pad], 4 * row), 0)
-              << ch << " channels, row " << y;
-      }
     }
 }
 
