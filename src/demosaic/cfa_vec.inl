@@ -69,6 +69,7 @@ int cfaRow(const CfaRow<typename D::T>& row, int i, int n) {
   auto ld = [](const T* p) { return V::load<16>(p); };
   auto block = [&](int i, v chroma) {
     const T *r0 = io.r[0] + i, *r1 = io.r[1] + i, *r2 = io.r[2] + i, *r3 = io.r[3] + i, *r4 = io.r[4] + i;
+    prefetchAhead<kBlock * static_cast<int>(sizeof(T))>(r4);  // the one row that is new to this row's blocks
     const v c = ld(r2), nn = ld(r1), s = ld(r3), w = ld(r2 - 1), e = ld(r2 + 1);
     const v hAvg = D::avg(w, e), vAvg = D::avg(nn, s);
     const v dv = D::absd(ld(r0), ld(r4)), dh = D::absd(ld(r2 - 2), ld(r2 + 2));

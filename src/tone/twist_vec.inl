@@ -322,6 +322,7 @@ KEL_WIDE_TARGET int wide8uC3Run(const TwistRow& row, int x, int n) {
   const __m512 hi = _mm512_set1_ps(255.0f);
   for (; x + 64 <= n; x += 64) {
     const uint8_t* p = s + 3 * static_cast<ptrdiff_t>(x);
+    prefetchAhead<192>(p);
     __m512i o[3][4];
     for (int g = 0; g < 4; ++g) {
       const __m512i a = _mm512_loadu_si512(p + wideOffset(g));
