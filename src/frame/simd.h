@@ -779,6 +779,16 @@ inline void store3(const Row3& io, int x, V::v a, V::v b, V::v c) {
     }
   }
 }
+template <Lay L, int Block>
+inline void prefetch3(const Row3& io, int x) {
+  if constexpr (L == Lay::C3) {
+    prefetchAhead<3 * Block>(io.s[0] + 3 * x);
+  } else if constexpr (L == Lay::AC4) {
+    prefetchAhead<4 * Block>(io.s[0] + 4 * x);
+  } else {
+    for (int k = 0; k < 3; ++k) prefetchAhead<Block>(io.s[k] + x);
+  }
+}
 // The vector kernel of a three-channel body: F::vec(a, b, c, x, y, z) maps
 // 16 pixels per lane of 8-bit samples.
 template <Lay In, Lay Out, class F>
@@ -789,6 +799,7 @@ int kern3(const Row3& row, int x, int n) {
   const Row3 io = row;
   for (; x + kBlock <= n; x += kBlock) {
     V::v a, b, c, o0, o1, o2;
+    prefetch3<In, kBlock>(io, x);
     load3<In>(io, x, a, b, c);
     F::vec(a, b, c, o0, o1, o2);
     store3<Out>(io, x, o0, o1, o2);
