@@ -1,7 +1,8 @@
 // Demosaicing beside OpenCV's Bayer conversions of the same raw frame:
-// bilinear (COLOR_BayerBG2RGB), edge-aware (_EA) and VNG (_VNG, 8-bit only),
-// and memcpy of the same bytes. BG in OpenCV's naming reads the second row
-// pair of an RGGB sensor; each conversion does the same work for any grid.
+// bilinear (COLOR_BayerBG2RGB), and in "-vs-" groups its other methods,
+// edge-aware (_EA) and VNG (_VNG, 8-bit only); and memcpy of the same bytes.
+// BG in OpenCV's naming reads the second row pair of an RGGB sensor; each
+// conversion does the same work for any grid.
 // The "@2t" groups run ours with two threads (bilinear: bands of rows; AHD
 // is single-threaded by design and shows the same figure).
 #include <memory>
@@ -48,13 +49,24 @@ void registerDemosaic() {
     add(a8, "kel", 4 * px, withThreads([=] {
           keliDemosaicAHD_8u_C1C3R(raw8.p, roi, kRoi, raw8.step, out8.p, out8.step, kelBayerRGGB, tmp8.data(), KELCC_AHD_TMP_STEP(kW, 1));
         }));
-    add(a8, "opencv", 4 * px, [] { cv::cvtColor(mRaw8, mOut8, cv::COLOR_BayerBG2RGB_VNG); });
+    // No open peer does AHD on 8 bits; OpenCV's VNG (a different, cheaper
+    // interpolation) is shown beside it as another method.
+    add(a8 + "-vs-VNG", "kel", 4 * px, withThreads([=] {
+          keliDemosaicAHD_8u_C1C3R(raw8.p, roi, kRoi, raw8.step, out8.p, out8.step, kelBayerRGGB, tmp8.data(), KELCC_AHD_TMP_STEP(kW, 1));
+        }));
+    add(a8 + "-vs-VNG", "opencv", 4 * px, [] { cv::cvtColor(mRaw8, mOut8, cv::COLOR_BayerBG2RGB_VNG); });
     addMemcpy(a8, px, 3 * px);
     add(a16, "kel", 8 * px, withThreads([=] {
           keliDemosaicAHD_16u_C1C3R(s16, roi, kRoi, raw16.step, d16, out16.step, kelBayerRGGB,
                                     reinterpret_cast<Kel16u*>(tmp16.data()), KELCC_AHD_TMP_STEP(kW, 2));
         }));
-    add(a16, "opencv", 8 * px, [] { cv::cvtColor(mRaw16, mOut16, cv::COLOR_BayerBG2RGB_EA); });
+    // The peer doing the same work at 16 bits is LibRaw's AHD (peer_libraw.cpp);
+    // OpenCV's edge-aware bilinear is shown beside it as another method.
+    add(a16 + "-vs-EA", "kel", 8 * px, withThreads([=] {
+          keliDemosaicAHD_16u_C1C3R(s16, roi, kRoi, raw16.step, d16, out16.step, kelBayerRGGB,
+                                    reinterpret_cast<Kel16u*>(tmp16.data()), KELCC_AHD_TMP_STEP(kW, 2));
+        }));
+    add(a16 + "-vs-EA", "opencv", 8 * px, [] { cv::cvtColor(mRaw16, mOut16, cv::COLOR_BayerBG2RGB_EA); });
     addMemcpy(a16, 2 * px, 6 * px);
   }
 }

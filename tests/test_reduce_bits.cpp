@@ -231,6 +231,23 @@ TEST(ReduceBits, NearestLevelValues) {
   EXPECT_EQ((reduce<Kel8u, Kel8u>(keliReduceBits_8u_C4R, px, 1, 1, 4, kBayer, 2)), (std::vector<Kel8u>{255, 255, 255, 255}));
 }
 
+// 8u nearest level from 4096 samples on goes through a table of the 256
+// outputs; rows of fewer samples compute. Every byte value at every level
+// count: the whole image (table) against its rows one call each (computed).
+TEST(ReduceBits, NearestTableEqualsComputed) {
+  const int w = 256, h = 20;  // 5120 samples; a row has 256
+  std::vector<Kel8u> src(size_t(w) * h);
+  for (size_t i = 0; i < src.size(); ++i) src[i] = Kel8u(i * 7 + i / w);
+  for (int levels = 2; levels <= 256; ++levels) {
+    const auto whole = reduce<Kel8u, Kel8u>(keliReduceBits_8u_C1R, src, w, h, 1, kNone, levels);
+    for (int y = 0; y < h; ++y) {
+      const std::vector<Kel8u> row(src.begin() + size_t(y) * w, src.begin() + size_t(y + 1) * w);
+      const auto one = reduce<Kel8u, Kel8u>(keliReduceBits_8u_C1R, row, w, 1, 1, kNone, levels);
+      ASSERT_TRUE(std::equal(one.begin(), one.end(), whole.begin() + size_t(y) * w)) << levels << " levels, row " << y;
+    }
+  }
+}
+
 // ---- ordered dithering ---------------------------------------------------------------
 TEST(ReduceBits, OrderedLevels2FollowsTheMatrix) {
   static const int k[4][4] = {{0, 8, 2, 10}, {12, 4, 14, 6}, {3, 11, 1, 9}, {15, 7, 13, 5}};

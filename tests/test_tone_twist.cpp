@@ -377,17 +377,44 @@ TEST(ToneTwist, ContiguousRowsGiveThePaddedResult) {
         return ch == 3 ? keliColorTwist_32f_C3R(s, sStep, d, dStep, roi, rows(m))
                        : keliColorTwist_32f_C4R(s, sStep, d, dStep, roi, reinterpret_cast<M34>(m->data()));
       };
-      for (int off : {0, 1}) {  // pointers on and off 16-byte boundaries
-        ASSERT_EQ(call(src.data() + off, 4 * row, a.data() + off, 4 * row), kelStatusOk);
-        {
-          IsaScope scalar(kel::Isa::Scalar);
-          ASSERT_EQ(call(src.data() + off, 4 * row, b.data() + off, 4 * pad), kelStatusOk);
+      for (int off : {0, 1})  // pointers on and off 16-byte boundaries
+        for (kel::Isa isa : paths()) {  // AVX-512 keeps plain stores; AVX2 streams them
+          {
+            IsaScope path(isa);
+            ASSERT_EQ(call(src.data() + off, 4 * row, a.data() + off, 4 * row), kelStatusOk);
+          }
+          {
+            IsaScope scalar(kel::Isa::Scalar);
+            ASSERT_EQ(call(src.data() + off, 4 * row, b.data() + off, 4 * pad), kelStatusOk);
+          }
+          for (int y = 0; y < h; ++y)
+            ASSERT_EQ(std::memcmp(&a[off + size_t(y) * row], &b[off + size_t(y) * pad], 4 * row), 0)
+                << ch << " channels, row " << y << ", path " << int(isa);
         }
-        for (int y = 0; y < h; ++y)
-          ASSERT_EQ(std::memcmp(&a[off + size_t(y) * row], &b[off + size_t(y) * pad], 4 * row), 0)
-              << ch << " channels, row " << y;
-      }
     }
+}
+
+// The integer interleaved forms join gapless rows into one run too.
+TEST(ToneTwist, ContiguousRowsGiveThePaddedResultAtEveryDepth) {
+  auto copy = [](Guarded& to, Guarded& from) {
+    for (int y = 0; y < from.dim().rows; ++y)
+      for (int x = 0; x < from.dim().rowBytes; ++x) to.at(x, y) = from.at(x, y);
+  };
+  for (const Member& mem : twistMembers()) {
+    if (mem.name.find("P3") != std::string::npos || mem.name.find("_32f_") != std::string::npos) continue;
+    for (KeliSize roi : {KeliSize{7, 5}, KeliSize{64, 64}, KeliSize{97, 3}}) {
+      Images tight = makeImages(mem, roi, StepMode::Tight, 0, 11), padded = makeImages(mem, roi, StepMode::Padded, 0, 11);
+      for (size_t k = 0; k < tight.src.size(); ++k) copy(*padded.src[k], *tight.src[k]);
+      for (size_t k = 0; k < tight.dst.size(); ++k) copy(*padded.dst[k], *tight.dst[k]);
+      ASSERT_EQ(run(mem, tight, roi), kelStatusOk);
+      {
+        IsaScope scalar(kel::Isa::Scalar);
+        ASSERT_EQ(run(mem, padded, roi), kelStatusOk);
+      }
+      for (size_t k = 0; k < tight.dst.size(); ++k)
+        EXPECT_EQ(tight.dst[k]->region(), padded.dst[k]->region()) << mem.name << " " << roi.width << "x" << roi.height;
+    }
+  }
 }
 
 // Steps are bytes and used as bytes: 16-bit rows may start at odd addresses.

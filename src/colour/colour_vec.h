@@ -42,6 +42,7 @@ int kern8(const uint8_t* s, uint8_t* d, int x, int n) {
   constexpr int kBlock = 16 * V::kLanes;
   for (; x + kBlock <= n; x += kBlock) {
     v a, b, c, o0, o1, o2;
+    prefetchAhead<Ch * kBlock>(s + Ch * x);
     load8<Ch>(s + Ch * x, a, b, c);
     Form::vec(a, b, c, o0, o1, o2);
     store8<Ch>(d + Ch * x, o0, o1, o2);
@@ -57,6 +58,7 @@ template <class Form>
 KEL_VBMI int kern8C3Vbmi(const uint8_t* s, uint8_t* d, int x, int n) {
   for (; x + 64 <= n; x += 64) {
     v a, b, c, o0, o1, o2;
+    prefetchAhead<192>(s + 3 * x);
     loadC3Vbmi(s + 3 * x, a, b, c);
     Form::vec(a, b, c, o0, o1, o2);
     storeC3Vbmi(d + 3 * x, o0, o1, o2);
@@ -135,6 +137,7 @@ int kernF(const T* s, T* d, int x, int n) {
   constexpr int kBlock = 4 * F::kLanes;
   for (; x + kBlock <= n; x += kBlock) {
     f a, b, c, o0, o1, o2;
+    prefetchAhead<Ch * kBlock * static_cast<int>(sizeof(T))>(s + Ch * x);
     loadPx<T, Ch>(s + Ch * x, a, b, c);
     Form::vec(a, b, c, o0, o1, o2);
     Out::template put<T, Ch>(d + Ch * x, o0, o1, o2);

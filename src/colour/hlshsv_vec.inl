@@ -239,6 +239,13 @@ inline void floats8(v x, f q[4]) {
   widen32(x, w);
   for (int i = 0; i < 4; ++i) q[i] = F::cvt(w[i]);
 }
+// The same in the split of splitBytes32; results go back with joinBytes32
+// and must then lie in 0..255.
+inline void floatsBytes(v x, f q[4]) {
+  v w[4];
+  splitBytes32(x, w);
+  for (int i = 0; i < 4; ++i) q[i] = F::cvt(w[i]);
+}
 
 // RGB -> HLS: with mR = (mx = R), mG = (mx = G) the hue is (P - Q) times
 // the reciprocal term plus 0, 120 or 240, with (P, Q) = (G, B), (B, R) or
@@ -249,10 +256,11 @@ struct HlsFwd8 {
   static void vec(v a, v g, v c, v& H, v& L, v& S) {
     const v r = Bgr ? c : a, b = Bgr ? a : c;
     const v mx = maxu8(maxu8(r, g), b), mn = minu8(minu8(r, g), b);
-    const v D = subu8(mx, mn), gray = V::cmpeq8(D, V::zero());
-    const v mR = V::cmpeq8(mx, r), mG = V::andnot(mR, V::cmpeq8(mx, g));
-    const v P = V::blend8(V::blend8(r, b, mG), g, mR), Q = V::blend8(V::blend8(g, r, mG), b, mR);
-    const v off = V::blend8(V::blend8(V::set8(240), V::set8(120), mG), V::zero(), mR);
+    const v D = subu8(mx, mn);
+    const m8 gray = eq8m(D, V::zero());
+    const m8 mR = eq8m(mx, r), mG = mandn8(mR, eq8m(mx, g));
+    const v P = sel8(mR, sel8(mG, r, b), g), Q = sel8(mR, sel8(mG, g, r), b);
+    const v off = sel8(mR, sel8(mG, V::set8(240), V::set8(120)), V::zero());
     v wD[2], wU[2], wW[2], wDf[2], wO[2];
     widen(D, wD[0], wD[1]), widen(off, wO[0], wO[1]);
     v mxl, mxh, mnl, mnh, pl, ph, ql, qh;
@@ -278,7 +286,7 @@ struct HlsFwd8 {
         qS[2 * j + i] = Near ? F::cvtn(s) : F::cvtt(s);
       }
     }
-    H = V::andnot(gray, narrow32(qH)), L = narrow32(qL), S = V::andnot(gray, narrow32(qS));
+    H = zeroIf8(gray, narrow32(qH)), L = narrow32(qL), S = zeroIf8(gray, narrow32(qS));
   }
 };
 
@@ -287,12 +295,14 @@ struct HlsFwd8 {
 struct HsvFwd8 {
   static void vec(v r, v g, v b, v& H, v& S, v& Vo) {
     const v mx = maxu8(maxu8(r, g), b), mn = minu8(minu8(r, g), b);
-    const v D = subu8(mx, mn), gray = V::cmpeq8(D, V::zero());  // mx = 0 implies D = 0
-    const v mB = V::cmpeq8(mx, b), mR = V::andnot(mB, V::cmpeq8(mx, r));
-    const v X1 = V::blend8(V::blend8(r, b, mR), g, mB), X2 = V::blend8(V::blend8(b, g, mR), r, mB);
-    const v off = V::blend8(V::blend8(V::set8(2), V::zero(), mR), V::set8(4), mB);
+    const v D = subu8(mx, mn);
+    const m8 gray = eq8m(D, V::zero());  // mx = 0 implies D = 0
+    const m8 mB = eq8m(mx, b), mR = mandn8(mB, eq8m(mx, r));
+    const v X1 = sel8(mB, sel8(mR, r, b), g), X2 = sel8(mB, sel8(mR, b, g), r);
+    const v off = sel8(mB, sel8(mR, V::set8(2), V::zero()), V::set8(4));
     f fm[4], fD[4], f1[4], f2[4], fo[4];
-    floats8(mx, fm), floats8(D, fD), floats8(subu8(mx, X1), f1), floats8(subu8(mx, X2), f2), floats8(off, fo);
+    floatsBytes(mx, fm), floatsBytes(D, fD), floatsBytes(subu8(mx, X1), f1), floatsBytes(subu8(mx, X2), f2);
+    floatsBytes(off, fo);
     v qH[4], qS[4];
     for (int i = 0; i < 4; ++i) {
       const f s = mul(mul(F::rcp(fm[i]), fD[i]), k(255.0f));
@@ -302,17 +312,23 @@ struct HsvFwd8 {
       h = sel(cmplt(h, F::zero()), add(h, k(255.0f)), h);
       qH[i] = F::cvtt(h), qS[i] = F::cvtt(s);
     }
-    H = V::andnot(gray, narrow32(qH)), S = V::andnot(gray, narrow32(qS)), Vo = mx;
+    // H is below 255 and S at most 255 (arcp(mx) * mx is below 1.0001);
+    // gray lanes hold 0x80000000 and are cleared.
+    H = zeroIf8(gray, joinBytes32(qH)), S = zeroIf8(gray, joinBytes32(qS)), Vo = mx;
   }
 };
 
 // HSV -> RGB body: p, qv and tv truncated per pixel, the sextant chosen on
 // bytes (V needs no conversion: it is its own truncation).
 struct HsvInv8 {
+  // Every result below lies in 0..255 before narrowing: i in 0..5 (H <= 254
+  // gives q < 6), and p, qv, tv within -0.0001..255.0001 (S * C is at most
+  // 1.0000001), which truncate into range. So the bytes are narrowed
+  // without saturation, as joinBytes32 does.
   static void vec(v Hb, v Sb, v Vb, v& R, v& G, v& B) {
-    Hb = V::andnot(V::cmpeq8(Hb, V::set8(255)), Hb);
+    Hb = zeroIf8(eq8m(Hb, V::set8(255)), Hb);
     f fh[4], fs[4], fv[4];
-    floats8(Hb, fh), floats8(Sb, fs), floats8(Vb, fv);
+    floatsBytes(Hb, fh), floatsBytes(Sb, fs), floatsBytes(Vb, fv);
     v qi[4], qp[4], qq[4], qt[4];
     for (int n = 0; n < 4; ++n) {
       const f q = mul(mul(fh[n], k(0.016666668f)), k(1.4117647f));
@@ -322,12 +338,12 @@ struct HsvInv8 {
       const f p = sub(fv[n], vs), t1 = mul(fr, vs);
       qp[n] = F::cvtt(p), qq[n] = F::cvtt(sub(fv[n], t1)), qt[n] = F::cvtt(add(p, t1));
     }
-    const v i = narrow32(qi), p = narrow32(qp), qv = narrow32(qq), tv = narrow32(qt);
-    const v i1 = V::cmpeq8(i, V::set8(1)), i2 = V::cmpeq8(i, V::set8(2)), i3 = V::cmpeq8(i, V::set8(3));
-    const v i4 = V::cmpeq8(i, V::set8(4)), i5 = V::cmpeq8(i, V::set8(5));
-    R = V::blend8(V::blend8(V::blend8(Vb, qv, i1), p, V::or_(i2, i3)), tv, i4);
-    G = V::blend8(V::blend8(V::blend8(tv, Vb, V::or_(i1, i2)), qv, i3), p, V::or_(i4, i5));
-    B = V::blend8(V::blend8(V::blend8(p, tv, i2), Vb, V::or_(i3, i4)), qv, i5);
+    const v i = joinBytes32(qi), p = joinBytes32(qp), qv = joinBytes32(qq), tv = joinBytes32(qt);
+    const m8 i1 = eq8m(i, V::set8(1)), i2 = eq8m(i, V::set8(2)), i3 = eq8m(i, V::set8(3));
+    const m8 i4 = eq8m(i, V::set8(4)), i5 = eq8m(i, V::set8(5));
+    R = sel8(i4, sel8(mor8(i2, i3), sel8(i1, Vb, qv), p), tv);
+    G = sel8(mor8(i4, i5), sel8(i3, sel8(mor8(i1, i2), tv, Vb), qv), p);
+    B = sel8(i5, sel8(mor8(i3, i4), sel8(i2, p, tv), Vb), qv);
   }
 };
 

@@ -37,6 +37,7 @@ inline void labOf(f B, f G, f R, f& L, f& a, f& b) {
 
 int fwd8(const uint8_t* s, uint8_t* d, int x, int n) {
   for (; x + kBlock <= n; x += kBlock) {
+    prefetchAhead<3 * kBlock>(s + 3 * x);
     v b, g, r;
     loadC3(s + 3 * x, b, g, r);
     f B[4], G[4], R[4];
@@ -54,6 +55,7 @@ int fwd8(const uint8_t* s, uint8_t* d, int x, int n) {
 
 int fwd16(const uint8_t* s, uint16_t* d, int x, int n) {
   for (; x + kBlock <= n; x += kBlock) {
+    prefetchAhead<3 * kBlock>(s + 3 * x);
     v b, g, r;
     loadC3(s + 3 * x, b, g, r);
     f B[4], G[4], R[4];
@@ -82,6 +84,7 @@ inline void bgrOf(f Lp, f A, f Bv, fi& B, fi& G, fi& R) {
 
 int inv8(const uint8_t* s, uint8_t* d, int x, int n) {
   for (; x + kBlock <= n; x += kBlock) {
+    prefetchAhead<3 * kBlock>(s + 3 * x);
     v l, a, b;
     loadC3(s + 3 * x, l, a, b);
     f L[4], A[4], Bb[4];
@@ -97,6 +100,7 @@ int inv8(const uint8_t* s, uint8_t* d, int x, int n) {
 
 int inv16(const uint16_t* s, uint8_t* d, int x, int n) {
   for (; x + kBlock <= n; x += kBlock) {
+    prefetchAhead<6 * kBlock>(s + 3 * x);
     fi B[4], G[4], R[4];
     for (int k = 0; k < 4; ++k) {
       f L, a, b;

@@ -103,6 +103,7 @@ int kernI(const T* s, T* d, int x, int n) {
   for (; x + kBlock <= n; x += kBlock) {
     f a, b, c;
     fi o0, o1, o2;
+    prefetchAhead<Ch * kBlock * static_cast<int>(sizeof(T))>(s + Ch * x);
     loadPx<T, Ch>(s + Ch * x, a, b, c);
     Form::vec(a, b, c, o0, o1, o2);
     auto prep = [](fi t) { return std::is_same<T, int16_t>::value ? F::sub32(t, F::set32(32768)) : t; };

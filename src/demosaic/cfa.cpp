@@ -60,13 +60,15 @@ KelStatus cfaToRgb(const T* src, KeliRect roi, KeliSize size, int srcStep, T* ds
   // Frame: rows within two of the top or bottom edge whole, columns within
   // two of the left or right edge on the other rows.
   const int x1 = x0 + w - 1, y1 = y0 + h - 1;
-  auto framePxAt = [&](int x, int y) { framePx(src, sstep, W, H, grid, x, y, dst + dstep * (y - y0) + 3 * (x - x0)); };
+  auto frameAt = [&](int y, int a, int b) {
+    if (a <= b) frameRow(src, sstep, W, H, grid, y, a, b, dst + dstep * (y - y0) + 3 * (a - x0));
+  };
   for (int y = y0; y <= y1; ++y) {
     if (y < 2 || y > H - 3) {
-      for (int x = x0; x <= x1; ++x) framePxAt(x, y);
+      frameAt(y, x0, x1);
     } else {
-      for (int x = x0; x <= std::min(x1, 1); ++x) framePxAt(x, y);
-      for (int x = std::max(x0, std::max(W - 2, 2)); x <= x1; ++x) framePxAt(x, y);
+      frameAt(y, x0, std::min(x1, 1));
+      frameAt(y, std::max(x0, std::max(W - 2, 2)), x1);
     }
   }
 

@@ -14,6 +14,7 @@
 // always take the four-way mean.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -103,24 +104,29 @@ inline void innerRow(const CfaRow<T>& io, int i, int n) {
   for (; i < n; ++i) innerPx(io, i);
 }
 
-// The reflected form of the frame. `src` is the image origin, `step` in
-// samples; (x, y) absolute, W x H the image.
+// The reflected form of the frame, for pixels x0 .. x1 of row y: the plain
+// form (no gradient test) with a row or column outside the image reflected
+// at its edge (-1 reads 1, W reads W - 2). `src` is the image origin, `step`
+// in samples, W x H the image; d receives pixel x0.
 template <class T>
-inline void framePx(const T* src, ptrdiff_t step, int W, int H, int grid, int x, int y, T* d) {
-  auto rx = [W](int v) { return v < 0 ? -v : (v >= W ? 2 * (W - 1) - v : v); };
+inline void frameRow(const T* src, ptrdiff_t step, int W, int H, int grid, int y, int x0, int x1, T* d) {
   auto ry = [H](int v) { return v < 0 ? -v : (v >= H ? 2 * (H - 1) - v : v); };
-  auto c = [&](int u, int v) -> int { return src[step * ry(v) + rx(u)]; };
-  const int site = siteAt(grid, x, y);
-  const int own = c(x, y);
-  const int n = c(x, y - 1), s = c(x, y + 1), w = c(x - 1, y), e = c(x + 1, y);
-  if (site == kG) {
-    d[siteAt(grid, x + 1, y)] = static_cast<T>((w + e + 1) >> 1);
-    d[kG] = static_cast<T>(own);
-    d[siteAt(grid, x, y + 1)] = static_cast<T>((n + s + 1) >> 1);
-  } else {
-    d[site] = static_cast<T>(own);
-    d[kG] = static_cast<T>((n + w + e + s + 2) >> 2);
-    d[2 - site] = static_cast<T>((c(x - 1, y - 1) + c(x + 1, y - 1) + c(x - 1, y + 1) + c(x + 1, y + 1) + 2) >> 2);
+  const T *rn = src + step * ry(y - 1), *rc = src + step * y, *rs = src + step * ry(y + 1);
+  const int siteEven = siteAt(grid, 0, y), siteOdd = siteAt(grid, 1, y);
+  for (int x = x0; x <= x1; ++x) {
+    const int xl = x == 0 ? 1 : x - 1, xr = x == W - 1 ? W - 2 : x + 1;
+    const int site = (x & 1) ? siteOdd : siteEven, other = (x & 1) ? siteEven : siteOdd;
+    const int own = rc[x], n = rn[x], s = rs[x], w = rc[xl], e = rc[xr];
+    T* o = d + 3 * (x - x0);
+    if (site == kG) {  // the row's other colour across, the other row's colour up and down
+      o[other] = static_cast<T>((w + e + 1) >> 1);
+      o[kG] = static_cast<T>(own);
+      o[2 - other] = static_cast<T>((n + s + 1) >> 1);
+    } else {
+      o[site] = static_cast<T>(own);
+      o[kG] = static_cast<T>((n + w + e + s + 2) >> 2);
+      o[2 - site] = static_cast<T>((rn[xl] + rn[xr] + rs[xl] + rs[xr] + 2) >> 2);
+    }
   }
 }
 

@@ -67,8 +67,9 @@ int cfaRow(const CfaRow<typename D::T>& row, int i, int n) {
   const CfaRow<T> io = row;  // local copy: stores cannot alias the pointers
   const v chroma = D::parity(io.chromaPar);
   auto ld = [](const T* p) { return V::load<16>(p); };
-  for (; i + kBlock <= n; i += kBlock) {
+  auto block = [&](int i, v chroma) {
     const T *r0 = io.r[0] + i, *r1 = io.r[1] + i, *r2 = io.r[2] + i, *r3 = io.r[3] + i, *r4 = io.r[4] + i;
+    prefetchAhead<kBlock * static_cast<int>(sizeof(T))>(r4);  // the one row that is new to this row's blocks
     const v c = ld(r2), nn = ld(r1), s = ld(r3), w = ld(r2 - 1), e = ld(r2 + 1);
     const v hAvg = D::avg(w, e), vAvg = D::avg(nn, s);
     const v dv = D::absd(ld(r0), ld(r4)), dh = D::absd(ld(r2 - 2), ld(r2 + 2));
@@ -79,6 +80,17 @@ int cfaRow(const CfaRow<typename D::T>& row, int i, int n) {
     const v k = V::blend8(hAvg, c, chroma), gg = V::blend8(c, g, chroma), o = V::blend8(vAvg, diag, chroma);
     if (io.kIdx == 0) D::store(io.d + 3 * i, k, gg, o);
     else D::store(io.d + 3 * i, o, gg, k);
+  };
+  for (; i + kBlock <= n; i += kBlock) block(i, chroma);
+  // Every pixel of the inner rectangle takes the same formula, so a row of
+  // at least one block ends with a block that overlaps the one before it
+  // (with the site pattern of its own first column): the pixels written
+  // twice get the same values twice, and no narrower kernel or scalar rest
+  // runs.
+  if (i < n && n >= kBlock) {
+    const int j = n - kBlock;
+    block(j, (j & 1) ? D::parity(io.chromaPar ^ 1) : chroma);
+    i = n;
   }
   return i;
 }

@@ -522,6 +522,39 @@ struct V {
 };
 #endif
 
+// ---- software prefetch -----------------------------------------------------------
+// Kernels that spend most of their time computing keep too few loads in
+// flight for the hardware prefetcher to stay ahead of a frame that comes
+// from memory; they ask for the source lines kPrefetchAhead bytes ahead of
+// the block they read (a prefetch is a hint: it never faults and loads
+// nothing into registers, also past the end of an image).
+inline constexpr int kPrefetchAhead = 2048;
+template <int Bytes>
+inline void prefetchAhead(const void* p) {
+  for (int o = 0; o < Bytes; o += 64)
+    _mm_prefetch(static_cast<const char*>(p) + kPrefetchAhead + o, _MM_HINT_T0);
+}
+
+// ---- byte masks ---------------------------------------------------------------
+// The outcome of a byte comparison as the path holds it best: a vector of
+// 0 / FF bytes on SSE4.1 and AVX2, a mask register on AVX-512 (so that
+// selections don't go through vpmovm2b / vpmovb2m).
+#if KEL_ISA == KEL_ISA_AVX512
+using m8 = __mmask64;
+inline m8 eq8m(V::v a, V::v b) { return _mm512_cmpeq_epi8_mask(a, b); }
+inline m8 mor8(m8 a, m8 b) { return _kor_mask64(a, b); }
+inline m8 mandn8(m8 a, m8 b) { return _kandn_mask64(a, b); }  // b and not a
+inline V::v sel8(m8 m, V::v a, V::v b) { return _mm512_mask_blend_epi8(m, a, b); }  // m ? b : a
+inline V::v zeroIf8(m8 m, V::v a) { return _mm512_maskz_mov_epi8(_knot_mask64(m), a); }
+#else
+using m8 = V::v;
+inline m8 eq8m(V::v a, V::v b) { return V::cmpeq8(a, b); }
+inline m8 mor8(m8 a, m8 b) { return V::or_(a, b); }
+inline m8 mandn8(m8 a, m8 b) { return V::andnot(a, b); }
+inline V::v sel8(m8 m, V::v a, V::v b) { return V::blend8(a, b, m); }
+inline V::v zeroIf8(m8 m, V::v a) { return V::andnot(m, a); }
+#endif
+
 #if KEL_ISA == KEL_ISA_AVX512
 // ---- AVX-512 VBMI: three-byte pixels by byte permutes across the register ----
 // The channel vectors of 64 pixels are the lane model's own (lane k holds
@@ -697,6 +730,27 @@ inline void widen32(V::v x, V::v q[4]) {
 }
 inline V::v narrow32(const V::v q[4]) { return V::packus16(V::packs32(q[0], q[1]), V::packs32(q[2], q[3])); }
 
+// A four-way split of bytes into 32-bit values for float cores that don't
+// care which pixels share a vector, by whatever is cheapest on the path: on
+// AVX-512, whose shuffles have one port against two for shifts, q[i] holds
+// bytes 4k + i (shifts and masks); elsewhere it is widen32. joinBytes32 is
+// its inverse for values in 0..255, with no saturation; a lane holding the
+// conversions' invalid-value result 0x80000000 gives 0 on every path.
+#if KEL_ISA == KEL_ISA_AVX512
+inline void splitBytes32(V::v x, V::v q[4]) {
+  const V::v ff = V::set32(0xFF);
+  q[0] = V::and_(x, ff), q[1] = V::and_(V::srli32<8>(x), ff);
+  q[2] = V::and_(V::srli32<16>(x), ff), q[3] = V::srli32<24>(x);
+}
+inline V::v joinBytes32(const V::v q[4]) {
+  const V::v lo = V::and_(q[0], V::set32(0xFF));  // the shifts push the other lanes' top bit out
+  return V::or_(V::or_(lo, V::slli32<8>(q[1])), V::or_(V::slli32<16>(q[2]), V::slli32<24>(q[3])));
+}
+#else
+inline void splitBytes32(V::v x, V::v q[4]) { widen32(x, q); }
+inline V::v joinBytes32(const V::v q[4]) { return narrow32(q); }
+#endif
+
 // ---- three-channel rows (see frame/pixel3.h) ---------------------------------
 template <Lay L>
 inline void load3(const Row3& io, int x, V::v& a, V::v& b, V::v& c) {
@@ -732,6 +786,16 @@ inline void store3(const Row3& io, int x, V::v a, V::v b, V::v c) {
     }
   }
 }
+template <Lay L, int Block>
+inline void prefetch3(const Row3& io, int x) {
+  if constexpr (L == Lay::C3) {
+    prefetchAhead<3 * Block>(io.s[0] + 3 * x);
+  } else if constexpr (L == Lay::AC4) {
+    prefetchAhead<4 * Block>(io.s[0] + 4 * x);
+  } else {
+    for (int k = 0; k < 3; ++k) prefetchAhead<Block>(io.s[k] + x);
+  }
+}
 // The vector kernel of a three-channel body: F::vec(a, b, c, x, y, z) maps
 // 16 pixels per lane of 8-bit samples.
 template <Lay In, Lay Out, class F>
@@ -742,6 +806,7 @@ int kern3(const Row3& row, int x, int n) {
   const Row3 io = row;
   for (; x + kBlock <= n; x += kBlock) {
     V::v a, b, c, o0, o1, o2;
+    prefetch3<In, kBlock>(io, x);
     load3<In>(io, x, a, b, c);
     F::vec(a, b, c, o0, o1, o2);
     store3<Out>(io, x, o0, o1, o2);

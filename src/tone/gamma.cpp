@@ -3,6 +3,9 @@
 // the outer function: the checks, then the planes and rows in order.
 #include "tone/gamma.h"
 
+#include <cstring>
+#include <mutex>
+
 #include "frame/checks.h"
 #include "frame/rows.h"
 #include "support/support.h"
@@ -68,27 +71,37 @@ struct Op8 {
 };
 
 // ---- 16u: per sample, or through a table of the whole curve -------------------
+// Each curve is evaluated at all 65536 indices once per process, on first
+// use (16 or so power evaluations per microsecond: a millisecond), into a
+// read-only master; calls then read it instead of evaluating the power per
+// sample. Calls above 65536 samples still hold their own table, allocated
+// per call (and so may still fail with kelStatusNoMemory), now a copy of
+// the master. The values are the curve's, whichever way they are found.
 template <bool Fwd>
 struct Op16 {
   static uint16_t curve(int i) { return Fwd ? fwd16(i) : inv16(i); }
+  static const uint16_t* master() {
+    static uint16_t table[65536];
+    static std::once_flag built;
+    std::call_once(built, [] {
+      for (int i = 0; i < 65536; ++i) table[i] = curve(i);
+    });
+    return table;
+  }
   static constexpr bool rangeOk() { return true; }
   KelStatus operator()(const Planes& im, KeliSize roi) const {
     // The sample count with 3 per pixel, also for AC4 and planes, as a 32-bit
-    // product (wrapping: an image too large for it is computed per sample,
+    // product (wrapping: an image too large for it takes the first branch,
     // which gives the same values).
     const int32_t n = static_cast<int32_t>(static_cast<uint32_t>(roi.width) * 3u * static_cast<uint32_t>(roi.height));
-    if (n <= 65536) {
-      forPlanes(im, roi.height, [&](const uint8_t* s, uint8_t* d) {
-        mapRow<uint16_t>(s, d, 0, im.samples, im.ac4, [](uint16_t v) { return curve(v); });
-      });
-      return kelStatusOk;
+    const uint16_t* t = master();
+    Kel16u* table = nullptr;
+    if (n > 65536) {
+      table = kelsMalloc_16u(65536);
+      if (!table) return kelStatusNoMemory;
+      std::memcpy(table, t, 65536 * sizeof(Kel16u));
+      t = table;
     }
-    // The table belongs to this call: built in index order, released before
-    // the return.
-    Kel16u* table = kelsMalloc_16u(65536);
-    if (!table) return kelStatusNoMemory;
-    for (int i = 0; i < 65536; ++i) table[i] = curve(i);
-    const Kel16u* t = table;
     forPlanes(im, roi.height, [&](const uint8_t* s, uint8_t* d) {
       mapRow<uint16_t>(s, d, 0, im.samples, im.ac4, [t](uint16_t v) { return t[v]; });
     });
@@ -159,7 +172,8 @@ using namespace kel;
 
 // Member table: depth   per sample                      layouts
 //  8u    tableFwd8u / tableInv8u (vector look-up)       C3, AC4, P3, in place
-//  16u   fwd16 / inv16; a 65536-entry table above 65536 samples (3 per pixel)
+//  16u   fwd16 / inv16 once per process into a master table; above 65536 samples
+//        (3 per pixel) a table of the call, copied from it
 //  32f   fwd32 / inv32 over vMin..vMax, range checked first
 // AC4 leaves the fourth sample; P3 works plane 0, 1, 2 in turn with one step.
 

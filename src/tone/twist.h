@@ -54,6 +54,9 @@ struct TwistKernels {
   // 8u C3 in blocks of 64 pixels on processors with AVX-512 VBMI (AVX2
   // table only; null elsewhere).
   TwistKern c3Wide8u;
+  // 32f C3 in blocks of 16 pixels on processors with AVX-512 (AVX2 table
+  // only; null elsewhere).
+  TwistKern c3Wide32f;
 };
 namespace sse41 {
 extern const TwistKernels kTwistKernels;

@@ -169,6 +169,7 @@ int kern8Run(const TwistRow& row, int x, int n) {
 }
 template <class T, int L>
 int kern8(const TwistRow& row, int x, int n) {
+  if (x + 16 * V::kLanes > n) return x;  // no block: skip the set-up (a row's narrower kernels land here)
   return boundedSums<T>(*row.m) ? kern8Run<T, L, true>(row, x, n) : kern8Run<T, L, false>(row, x, n);
 }
 
@@ -263,6 +264,7 @@ int kernWRun(const TwistRow& row, int x, int n) {
 }
 template <class T, int L, bool Nt = false>
 int kernW(const TwistRow& row, int x, int n) {
+  if (x + 4 * F::kLanes > n) return x;
   if constexpr (!std::is_same<T, Kel32f>::value)
     if (boundedSums<T>(*row.m)) return kernWRun<T, L, Nt, true>(row, x, n);
   return kernWRun<T, L, Nt, false>(row, x, n);
@@ -320,6 +322,7 @@ KEL_WIDE_TARGET int wide8uC3Run(const TwistRow& row, int x, int n) {
   const __m512 hi = _mm512_set1_ps(255.0f);
   for (; x + 64 <= n; x += 64) {
     const uint8_t* p = s + 3 * static_cast<ptrdiff_t>(x);
+    prefetchAhead<192>(p);
     __m512i o[3][4];
     for (int g = 0; g < 4; ++g) {
       const __m512i a = _mm512_loadu_si512(p + wideOffset(g));
@@ -347,12 +350,70 @@ KEL_WIDE_TARGET int wide8uC3Run(const TwistRow& row, int x, int n) {
   return x;
 }
 int wide8uC3(const TwistRow& row, int x, int n) {
+  if (x + 64 > n) return x;
   return boundedSums<Kel8u>(*row.m) ? wide8uC3Run<true>(row, x, n) : wide8uC3Run<false>(row, x, n);
 }
+#undef KEL_WIDE_TARGET
+
+// ---- 32f C3 with AVX-512: 16 pixels per block -------------------------------------
+// Three 64-byte loads; two float permutes per channel gather its 16 samples
+// (samples 3p + k of the block's 48), two per output vector put them back.
+// The sums are sumA32f's, each addition with its operands in that order.
+#define KEL_WIDE32_TARGET __attribute__((target("avx512f")))
+struct Wide32Idx {
+  alignas(64) int32_t split1[3][16], split2[3][16];  // channel k from (a, b), then from (that, c)
+  alignas(64) int32_t join1[3][16], join2[3][16];    // output vector v from (o0, o1), then from (that, o2)
+  constexpr Wide32Idx() : split1{}, split2{}, join1{}, join2{} {
+    for (int k = 0; k < 3; ++k)
+      for (int p = 0; p < 16; ++p) {
+        const int f = 3 * p + k;
+        split1[k][p] = f < 32 ? f : 0;
+        split2[k][p] = f < 32 ? p : 16 + f - 32;
+      }
+    for (int v = 0; v < 3; ++v)
+      for (int q = 0; q < 16; ++q) {
+        const int f = 16 * v + q, px = f / 3, k = f % 3;
+        join1[v][q] = k < 2 ? 16 * k + px : 0;
+        join2[v][q] = k < 2 ? q : 16 + px;
+      }
+  }
+};
+inline constexpr Wide32Idx kWide32Idx{};
+
+KEL_WIDE32_TARGET inline __m512 addA512(__m512 a, __m512 b) {
+  __m512 r;
+  __asm__("vaddps %2, %1, %0" : "=v"(r) : "v"(a), "v"(b));
+  return r;
+}
+KEL_WIDE32_TARGET int wide32fC3Run(const TwistRow& row, int x, int n) {
+  const float* s = reinterpret_cast<const float*>(row.p.s[0]);
+  float* d = reinterpret_cast<float*>(row.p.d[0]);
+  const TwistMat& m = *row.m;
+  __m512 w[4][3];
+  for (int j = 0; j < 4; ++j)
+    for (int i = 0; i < 3; ++i) w[j][i] = _mm512_set1_ps(m.g[j][i]);
+  for (; x + 16 <= n; x += 16) {
+    const float* p = s + 3 * static_cast<ptrdiff_t>(x);
+    const __m512 a = _mm512_loadu_ps(p), b = _mm512_loadu_ps(p + 16), c = _mm512_loadu_ps(p + 32);
+    __m512 ch[3], o[3];
+    for (int k = 0; k < 3; ++k)
+      ch[k] = _mm512_permutex2var_ps(_mm512_permutex2var_ps(a, _mm512_load_si512(kWide32Idx.split1[k]), b),
+                                     _mm512_load_si512(kWide32Idx.split2[k]), c);
+    for (int i = 0; i < 3; ++i)
+      o[i] = addA512(addA512(w[3][i], _mm512_mul_ps(ch[0], w[0][i])),
+                     addA512(_mm512_mul_ps(ch[2], w[2][i]), _mm512_mul_ps(ch[1], w[1][i])));
+    float* q = d + 3 * static_cast<ptrdiff_t>(x);
+    for (int v = 0; v < 3; ++v)
+      _mm512_storeu_ps(q + 16 * v, _mm512_permutex2var_ps(_mm512_permutex2var_ps(o[0], _mm512_load_si512(kWide32Idx.join1[v]), o[1]),
+                                                          _mm512_load_si512(kWide32Idx.join2[v]), o[2]));
+  }
+  return x;
+}
+int wide32fC3(const TwistRow& row, int x, int n) { return x + 16 > n ? x : wide32fC3Run(row, x, n); }
+#undef KEL_WIDE32_TARGET
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic pop
 #endif
-#undef KEL_WIDE_TARGET
 #endif
 
 }  // namespace
@@ -368,7 +429,9 @@ extern const TwistKernels kTwistKernels = {
     kernW<Kel32f, kTwC4, true>,
 #if KEL_ISA == KEL_ISA_AVX2
     wide8uC3,
+    wide32fC3,
 #else
+    nullptr,
     nullptr,
 #endif
 };
