@@ -21,9 +21,9 @@ using namespace reduce;
 // ---- nearest level ----------------------------------------------------------
 // Steps in bytes. C1, C3 and C4 rows are one run of width * samples; AC4
 // handles the first three samples of each pixel. 8u to 8u maps each byte on
-// its own: from kNearestTable samples on, the call tabulates the 256 outputs
-// with the scalar formula and rows go through the byte look-up of the gamma
-// family (table and computed path give the same bytes).
+// its own: from kNearestTable samples on, the call runs the row routine over
+// the 256 byte values once and rows go through the byte look-up of the gamma
+// family with that table (table and computed path give the same bytes).
 inline constexpr int64_t kNearestTable = 4096;
 template <class Dp>
 KelStatus ownNo(const typename Dp::S* src, int srcStep, typename Dp::D* dst, int dstStep, KeliSize roi, int lm1,
@@ -33,27 +33,27 @@ KelStatus ownNo(const typename Dp::S* src, int srcStep, typename Dp::D* dst, int
   const int w = roi.width;
   if (chan == 1 || chan == 3 || chan == 5) {
     const int64_t len = static_cast<int64_t>(w) * (chan == 5 ? 4 : chan);
+    Chain<KernNearest8u> chain{};
+    if constexpr (std::is_same_v<Dp, D8u>)
+      chain = chainFor(&ReduceKernels::nearest8u, sse41::kReduceKernels, avx2::kReduceKernels);
+    auto row = [&](const typename Dp::S* sr, typename Dp::D* dr, int64_t n) {
+      int64_t x = 0;
+      if constexpr (std::is_same_v<Dp, D8u>)
+        for (auto k : chain.k)
+          if (k) x = k(sr, dr, x, n, L, s, h);
+      for (; x < n; ++x) st(dr + x, Dp::nearest(ld(sr + x), L, s, h));
+    };
     if constexpr (std::is_same_v<Dp, D8u>) {
       if (len * roi.height >= kNearestTable && len <= INT_MAX) {
-        uint8_t table[256];
-        for (int v = 0; v < 256; ++v) table[v] = static_cast<uint8_t>(Dp::nearest(static_cast<uint8_t>(v), L, s, h));
+        uint8_t ramp[256], table[256];
+        for (int v = 0; v < 256; ++v) ramp[v] = static_cast<uint8_t>(v);
+        row(ramp, table, 256);
         const ByteLookUp look = byteLookUp();
         for (int y = 0; y < roi.height; ++y) look(rowAt(src, srcStep, y), rowAt(dst, dstStep, y), static_cast<int>(len), table);
         return kelStatusOk;
       }
     }
-    Chain<KernNearest8u> chain{};
-    if constexpr (std::is_same_v<Dp, D8u>)
-      chain = chainFor(&ReduceKernels::nearest8u, sse41::kReduceKernels, avx2::kReduceKernels);
-    for (int y = 0; y < roi.height; ++y) {
-      const auto* sr = rowAt(src, srcStep, y);
-      auto* dr = rowAt(dst, dstStep, y);
-      int64_t x = 0;
-      if constexpr (std::is_same_v<Dp, D8u>)
-        for (auto k : chain.k)
-          if (k) x = k(sr, dr, x, len, L, s, h);
-      for (; x < len; ++x) st(dr + x, Dp::nearest(ld(sr + x), L, s, h));
-    }
+    for (int y = 0; y < roi.height; ++y) row(rowAt(src, srcStep, y), rowAt(dst, dstStep, y), len);
   } else if (chan == 4) {
     for (int y = 0; y < roi.height; ++y) {
       const auto* sr = rowAt(src, srcStep, y);
