@@ -132,6 +132,14 @@ inline KelStatus convertPx(const T* src, int srcStep, T* dst, int dstStep, KeliS
                            const Chain<KernPx<T>>& chain) {
   if (KelStatus st = checkA({src, dst}, {}, roi)) return st;
   const int w = roi.width, b = body(w);
+  // A small image (the serial branch) whose rows are all body and follow
+  // each other with no gap on both sides is one row of body pixels: every
+  // body pixel has the same formula, so only the per-row start-up goes.
+  if (static_cast<int64_t>(w) * roi.height <= kRowsThreshold && b == w && stepElems<T>(srcStep) == Ch * w &&
+      stepElems<T>(dstStep) == Ch * w) {
+    rowPx<T, Ch, Body, Tail>(src, dst, w * roi.height, w * roi.height, chain);
+    return kelStatusOk;
+  }
   imageRows(src, stepElems<T>(srcStep), dst, stepElems<T>(dstStep), roi,
             [&](const T* s, T* d) { rowPx<T, Ch, Body, Tail>(s, d, w, b, chain); });
   return kelStatusOk;
