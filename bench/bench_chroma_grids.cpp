@@ -3,8 +3,8 @@
 // bytes and libyuv where it has a conversion between the same grids. libyuv's
 // grid changes filter differently (box and bilinear scaling, no field
 // separation), so those lines compare the same layouts, not the same
-// arithmetic; its I420ToARGB does the colour work of the BGRA member with
-// row-repeated, not interpolated, chroma.
+// arithmetic. The filtered BGRA member has libyuv's bilinear-filtered
+// I420ToARGBMatrixFilter beside it.
 #include <libyuv.h>
 
 #include <memory>
@@ -83,12 +83,21 @@ void registerGrids() {
           keliYCbCr420ToYCbCr422_Filter_8u_P3R(i420to422.s, i420to422.ss, i420to422.d, i420to422.ds, kRoi);
         },
         i420ToI422);
-  group("Filter420ToBGRA_P3C4R", b420, 4 * px, [] {
-          const Kel8u* s[3] = {y.p, c420b.p, c420a.p};
-          const int ss[3] = {y.step, c420b.step, c420a.step};
-          keliYCrCb420ToBGR_Filter_8u_P3C4R(s, ss, obgra.p, obgra.step, kRoi, 255);
-        },
-        [] { libyuv::I420ToARGB(y.p, y.step, c420a.p, c420a.step, c420b.p, c420b.step, obgra.p, obgra.step, kW, kH); });
+  // The filtered BGRA member beside libyuv's conversion with bilinear chroma
+  // upsampling (the same work); its plain I420ToARGB, which repeats chroma
+  // rows, is shown beside it as another method.
+  auto filterBgra = [] {
+    const Kel8u* s[3] = {y.p, c420b.p, c420a.p};
+    const int ss[3] = {y.step, c420b.step, c420a.step};
+    keliYCrCb420ToBGR_Filter_8u_P3C4R(s, ss, obgra.p, obgra.step, kRoi, 255);
+  };
+  group("Filter420ToBGRA_P3C4R", b420, 4 * px, filterBgra, [] {
+    libyuv::I420ToARGBMatrixFilter(y.p, y.step, c420a.p, c420a.step, c420b.p, c420b.step, obgra.p, obgra.step,
+                                   &libyuv::kYuvI601Constants, kW, kH, libyuv::kFilterBilinear);
+  });
+  add("Filter420ToBGRA_P3C4R-vs-unfiltered", "kel", b420 + 4 * px, filterBgra);
+  add("Filter420ToBGRA_P3C4R-vs-unfiltered", "libyuv", b420 + 4 * px,
+      [] { libyuv::I420ToARGB(y.p, y.step, c420a.p, c420a.step, c420b.p, c420b.step, obgra.p, obgra.step, kW, kH); });
 
   // ---- 420, 411, 1620 (libyuv: its plane scaler on the chroma, plus the luma copy)
   auto scaled = [](const Plane& a, const Plane& b, int sw, int sh, Plane& c, Plane& d, int dw, int dh) {
