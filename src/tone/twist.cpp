@@ -44,6 +44,11 @@ TwistMat localMatrix(const Kel32f* t, int rows) {
     for (int i = 0; i < rows; ++i) m.g[j][i] = t[4 * i + j];
   return m;
 }
+// The row pointers of an interleaved image (element 0 of each side).
+template <class T>
+Row3 rowsOf(const T* s, T* d) {
+  return Row3{{reinterpret_cast<const uint8_t*>(s)}, {reinterpret_cast<uint8_t*>(d)}};
+}
 const Kel32f* flat(const Kel32f (*t)[4]) { return reinterpret_cast<const Kel32f*>(t); }
 
 Chain<TwistKern> chainOf(TwistKern (*pick)(const TwistKernels&)) {
@@ -76,20 +81,12 @@ void forRun(int64_t n, int bytesPerPixelIn, int bytesPerPixelOut, const TwistRow
   }
 }
 
-// The row driver of the 3 x 4 members: one run per row, top to bottom; an
+// The walk of the 3 x 4 members: one run per row, top to bottom; an
 // interleaved image whose rows follow each other with no gap on both sides
 // is one run (every pixel has the same formula, so this only saves the
-// per-row start-up, which dominates small images). 8u C3 runs go first
-// through 64-pixel blocks where the processor has AVX-512 VBMI (the byte
-// permutes), then the AVX2 kernel, then the scalar definition; the blocks
-// give the bytes of the other paths.
+// per-row start-up, which dominates small images).
 template <class T, TwistLayout L>
-void myTwist(const Row3& base, int srcStep, int dstStep, KeliSize roi, const Kel32f* t) {
-  const TwistMat m = localMatrix(t, 3);
-  Chain<TwistKern> chain = chainOf([](const TwistKernels& k) { return k.k[Depth<T>::kId][L]; });
-  if constexpr (std::is_same<T, Kel8u>::value && L == kTwC3)
-    if (activeVbmi()) chain = {{avx2::kTwistKernels.c3Wide8u, chain.k[0]}};
-  if constexpr (std::is_same<T, Kel32f>::value && L == kTwC3) chain = wide32f(chain);
+void walk3(const Row3& base, int srcStep, int dstStep, KeliSize roi, const TwistMat& m, const Chain<TwistKern>& chain) {
   if constexpr (L != kTwP3) {
     constexpr int kPx = (L == kTwC3 ? 3 : 4) * static_cast<int>(sizeof(T));
     if (srcStep == dstStep && int64_t(srcStep) == int64_t(roi.width) * kPx) {
@@ -102,27 +99,33 @@ void myTwist(const Row3& base, int srcStep, int dstStep, KeliSize roi, const Kel
     runPixels(chain, row3<T, L>, TwistRow{rowOf(base, srcStep, dstStep, r), &m}, roi.width);
 }
 
-// 32f C3 (not in place): rows that follow each other with no gap on both
-// sides (steps equal and equal to the row's bytes) are one run of w * h
-// pixels. Runs go to the routine with non-temporal stores when the image has
-// 34993 samples or more, except on AVX-512 processors: their 16-pixel blocks
-// with plain stores run at memcpy's speed with the frame in cache and out of
-// it (1920x1080: 26.7 and 13.4 GB/s, against 24.3 and 13.2 streamed).
-// Neither choice changes a result.
-void myTwist32fC3(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi, const Kel32f* t) {
+// The 3 x 4 members (32f C3 in place among them). 8u C3 runs go first
+// through 64-pixel blocks where the processor has AVX-512 VBMI (the byte
+// permutes), 32f C3 runs through 16-pixel blocks where it has AVX-512; then
+// the AVX2 kernel, then the scalar definition; the blocks give the bytes of
+// the other paths.
+template <class T, TwistLayout L>
+void myTwist(const Row3& base, int srcStep, int dstStep, KeliSize roi, const Kel32f* t) {
   const TwistMat m = localMatrix(t, 3);
+  Chain<TwistKern> chain = chainOf([](const TwistKernels& k) { return k.k[Depth<T>::kId][L]; });
+  if constexpr (std::is_same<T, Kel8u>::value && L == kTwC3)
+    if (activeVbmi()) chain = {{avx2::kTwistKernels.c3Wide8u, chain.k[0]}};
+  if constexpr (std::is_same<T, Kel32f>::value && L == kTwC3) chain = wide32f(chain);
+  walk3<T, L>(base, srcStep, dstStep, roi, m, chain);
+}
+
+// 32f C3 (not in place): the same walk; runs go to the routine with
+// non-temporal stores when the image has 34993 samples or more, except on
+// AVX-512 processors: their 16-pixel blocks with plain stores run at
+// memcpy's speed with the frame in cache and out of it (1920x1080: 26.7 and
+// 13.4 GB/s, against 24.3 and 13.2 streamed). Neither choice changes a
+// result.
+void myTwist32fC3(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, KeliSize roi, const Kel32f* t) {
   const int64_t w = roi.width, h = roi.height;
-  const bool nt = activeIsa() < Isa::AVX512 && w * 3 * h >= 34993;
-  const Chain<TwistKern> chain = nt ? chainOf([](const TwistKernels& k) { return k.c3Nt; })
-                                    : wide32f(chainOf([](const TwistKernels& k) { return k.k[kTw32f][kTwC3]; }));
-  const Row3 base{{reinterpret_cast<const uint8_t*>(src)}, {reinterpret_cast<uint8_t*>(dst)}};
-  if (srcStep == dstStep && int64_t(srcStep) == w * 12) {
-    forRun(w * h, 12, 12, TwistRow{base, &m},
-           [&](const TwistRow& io, int n) { runPixels(chain, row3<Kel32f, kTwC3>, io, n); });
-    return;
-  }
-  for (int r = 0; r < roi.height; ++r)
-    runPixels(chain, row3<Kel32f, kTwC3>, TwistRow{rowOf(base, srcStep, dstStep, r), &m}, roi.width);
+  if (activeIsa() >= Isa::AVX512 || w * 3 * h < 34993)
+    return myTwist<Kel32f, kTwC3>(rowsOf(src, dst), srcStep, dstStep, roi, t);
+  const TwistMat m = localMatrix(t, 3);
+  walk3<Kel32f, kTwC3>(rowsOf(src, dst), srcStep, dstStep, roi, m, chainOf([](const TwistKernels& k) { return k.c3Nt; }));
 }
 
 // 32f C4 with the 4 x 4 matrix: one run when both steps equal the row's
@@ -136,7 +139,7 @@ void myTwist32fC4(const Kel32f* src, int srcStep, Kel32f* dst, int dstStep, Keli
     const bool aligned = isAligned16(io.p.s[0]) && isAligned16(io.p.d[0]);
     runPixels(aligned ? streamed : plain, row4, io, n);
   };
-  const Row3 base{{reinterpret_cast<const uint8_t*>(src)}, {reinterpret_cast<uint8_t*>(dst)}};
+  const Row3 base = rowsOf(src, dst);
   const int64_t w = roi.width;
   if (srcStep == dstStep && int64_t(srcStep) == w * 16) {
     forRun(w * roi.height, 16, 16, TwistRow{base, &m}, run);
@@ -162,7 +165,7 @@ void inMode(F&& rows) {
 template <class T, TwistLayout L>
 KelStatus twistPx(const T* src, int srcStep, T* dst, int dstStep, KeliSize roi, const Kel32f (*t)[4]) {
   if (KelStatus st = checkC({src, dst, t}, {}, roi, {srcStep, dstStep})) return st;
-  const Row3 base{{reinterpret_cast<const uint8_t*>(src)}, {reinterpret_cast<uint8_t*>(dst)}};
+  const Row3 base = rowsOf(src, dst);
   if constexpr (std::is_same<T, Kel32f>::value && L == kTwC3)
     myTwist32fC3(src, srcStep, dst, dstStep, roi, flat(t));
   else
@@ -171,11 +174,11 @@ KelStatus twistPx(const T* src, int srcStep, T* dst, int dstStep, KeliSize roi, 
 }
 
 // In place, the one image is source and destination of the row routine
-// (32f C3 in place walks rows like the others).
+// (32f C3 in place never streams its stores).
 template <class T, TwistLayout L>
 KelStatus twistPxI(T* img, int step, KeliSize roi, const Kel32f (*t)[4]) {
   if (KelStatus st = checkC({img, t}, {}, roi, {step})) return st;
-  const Row3 base{{reinterpret_cast<const uint8_t*>(img)}, {reinterpret_cast<uint8_t*>(img)}};
+  const Row3 base = rowsOf(img, img);
   inMode<T>([&] { myTwist<T, L>(base, step, step, roi, flat(t)); });
   return kelStatusOk;
 }
