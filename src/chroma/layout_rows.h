@@ -410,13 +410,16 @@ struct Mover {
     if (h < 1 || n < 1) return;
     if (sRows == 1 && dRows == 1 && endToEnd(ss, ds, h, n)) return (*this)(base, n * h);
     RowsIO io{};
-    for (int r = 0; r < h; ++r) {
-      for (int i = 0; i < 4; ++i) {
-        if (M::kSpan.s[i]) io.s[i] = rowAt(base.s[i], ss[i], r * sRows);
-        if (M::kSpan.d[i]) io.d[i] = rowAt(base.d[i], ds[i], r * dRows);
-      }
-      (*this)(io, n);
+    for (int r = 0; r < h; ++r) (*this)(seat(io, base, ss, ds, r * sRows, r * dRows), n);
+  }
+  // io pointed at source row rs and destination row rd of every plane the
+  // move uses (one io serves all rows of a call).
+  static const RowsIO& seat(RowsIO& io, const RowsIO& base, const int* ss, const int* ds, int rs, int rd) {
+    for (int i = 0; i < 4; ++i) {
+      if (M::kSpan.s[i]) io.s[i] = rowAt(base.s[i], ss[i], rs);
+      if (M::kSpan.d[i]) io.d[i] = rowAt(base.d[i], ds[i], rd);
     }
+    return io;
   }
 
  private:

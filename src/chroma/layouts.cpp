@@ -142,14 +142,8 @@ void ownFold(const RowsIO& base, const int* ss, const int* ds, int pairs, int n,
 template <class M>
 void ownRowRepeat(const RowsIO& base, const int* ss, const int* ds, KeliSize t) {
   const auto mv = mover<M>();
-  forRows(t.height & ~1, [&](int r) {
-    RowsIO io{};
-    for (int i = 0; i < 4; ++i) {
-      if (M::kSpan.s[i]) io.s[i] = rowAt(base.s[i], ss[i], r >> 1);
-      if (M::kSpan.d[i]) io.d[i] = rowAt(base.d[i], ds[i], r);
-    }
-    mv(io, t.width >> 1);
-  });
+  RowsIO io{};
+  forRows(t.height & ~1, [&](int r) { mv(mv.seat(io, base, ss, ds, r >> 1, r), t.width >> 1); });
 }
 
 struct Steps4 {
