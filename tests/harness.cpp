@@ -439,6 +439,25 @@ void checkPageEdges(const Member& m, int maxW) {
   }
 }
 
+void checkTightEqualsPadded(const Member& m, std::vector<KeliSize> sizes) {
+  auto copy = [](Guarded& to, Guarded& from) {
+    for (int y = 0; y < from.dim().rows; ++y)
+      for (int x = 0; x < from.dim().rowBytes; ++x) to.at(x, y) = from.at(x, y);
+  };
+  for (KeliSize roi : sizes) {
+    Images tight = makeImages(m, roi, StepMode::Tight, 0, 11), padded = makeImages(m, roi, StepMode::Padded, 0, 11);
+    for (size_t k = 0; k < tight.src.size(); ++k) copy(*padded.src[k], *tight.src[k]);
+    for (size_t k = 0; k < tight.dst.size(); ++k) copy(*padded.dst[k], *tight.dst[k]);
+    ASSERT_EQ(run(m, tight, roi), kelStatusOk) << m.name;
+    {
+      IsaScope scalar(kel::Isa::Scalar);
+      ASSERT_EQ(run(m, padded, roi), kelStatusOk) << m.name;
+    }
+    for (size_t k = 0; k < tight.dst.size(); ++k)
+      EXPECT_EQ(tight.dst[k]->region(), padded.dst[k]->region()) << m.name << " " << roi.width << "x" << roi.height;
+  }
+}
+
 void checkThreads(const Member& m, std::vector<KeliSize> sizes) {
   for (KeliSize roi : sizes) {
     std::vector<std::vector<uint8_t>> ref;

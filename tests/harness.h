@@ -232,6 +232,9 @@ void checkPaths(const Member& m, int trials = 40, int maxW = 300, int maxH = 5);
 void checkPageEdges(const Member& m, int maxW = 64);
 // The bytes do not depend on the thread count (1 to 4, 7, 16 and 64).
 void checkThreads(const Member& m, std::vector<KeliSize> sizes);
+// Rows that lie end to end (tight steps) give the bytes of padded rows of
+// the same pictures, the padded ones through the scalar definitions.
+void checkTightEqualsPadded(const Member& m, std::vector<KeliSize> sizes);
 
 // Sets the calling thread's vector path for the life of the object.
 struct IsaScope {

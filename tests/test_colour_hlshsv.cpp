@@ -389,18 +389,5 @@ TEST(ColourHlsHsv, Every8BitPixelOnEveryPath) {
 // A small image whose rows are all body and lie end to end is converted as
 // one row: the same bytes as padded rows.
 TEST(ColourHlsHsv, GaplessSmallImagesGiveThePaddedResult) {
-  auto copy = [](Guarded& to, Guarded& from) {
-    for (int y = 0; y < from.dim().rows; ++y)
-      for (int x = 0; x < from.dim().rowBytes; ++x) to.at(x, y) = from.at(x, y);
-  };
-  for (const Member& m : rgbMembers())
-    for (KeliSize roi : {KeliSize{8, 5}, KeliSize{64, 64}, KeliSize{16, 256}}) {
-      Images tight = makeImages(m, roi, StepMode::Tight, 0, 3), padded = makeImages(m, roi, StepMode::Padded, 0, 3);
-      for (size_t k = 0; k < tight.src.size(); ++k) copy(*padded.src[k], *tight.src[k]);
-      for (size_t k = 0; k < tight.dst.size(); ++k) copy(*padded.dst[k], *tight.dst[k]);
-      ASSERT_EQ(run(m, tight, roi), kelStatusOk);
-      ASSERT_EQ(run(m, padded, roi), kelStatusOk);
-      for (size_t k = 0; k < tight.dst.size(); ++k)
-        EXPECT_EQ(tight.dst[k]->region(), padded.dst[k]->region()) << m.name << " " << roi.width << "x" << roi.height;
-    }
+  for (const Member& m : rgbMembers()) checkTightEqualsPadded(m, {{8, 5}, {64, 64}, {16, 256}});
 }
